@@ -1,0 +1,231 @@
+#include "companions/klibjpg/decoder.h"
+
+#include <cstring>
+
+#include "companions/klibjpg/description.h"
+#include "companions/klibjpg/row_conversion.h"
+
+namespace klibjpg {
+namespace {
+
+using host::i32;
+using host::u32;
+using host::u64;
+using host::u8;
+
+constexpr int segmentKinds = 16;
+constexpr std::size_t longestPayload = 65533;  // the length word counts itself
+constexpr u32 scaleDenominator = 8;
+
+// Coefficients of a picture of several scans are all kept; what would not fit is refused instead of
+// taking the machine's memory. libjpeg holds the limit in a long, which has 32 bits on Windows.
+constexpr long coefficientMemory = 0x7FFFFFFF;
+
+// A few bytes can ask for a further scan over every block of a large picture. This many scans are
+// always decoded (encoders make about ten), so that a hostile picture costs little more than an
+// honest one of its size ...
+constexpr u64 freeScans = 16;
+// ... and further ones as long as they visit no more blocks than this, about a second of work.
+constexpr u64 extraBlocks = u64{1} << 25;
+
+constexpr char jfifSignature[] = "JFIF";  // with its NUL
+constexpr std::size_t jfifLength = 14;    // up to the thumbnail, T.871 clause 10.1
+constexpr int adobeAppNumber = 14;
+constexpr std::size_t adobeNameLength = 5;  // without a NUL
+constexpr std::size_t adobeLength = 12;     // T.872 clause 6.5.3
+
+UINT16 bigEndian16(const u8* bytes) { return static_cast<UINT16>((bytes[0] << 8) | bytes[1]); }
+
+void noteJfif(jpeg_decompress_struct& info, const u8* payload, std::size_t length) {
+  if (length < jfifLength || std::memcmp(payload, jfifSignature, sizeof(jfifSignature)) != 0) {
+    return;
+  }
+  info.saw_JFIF_marker = TRUE;
+  info.JFIF_major_version = payload[5];
+  info.JFIF_minor_version = payload[6];
+  info.density_unit = payload[7];
+  info.X_density = bigEndian16(payload + 8);
+  info.Y_density = bigEndian16(payload + 10);
+}
+
+void noteAdobe(jpeg_decompress_struct& info, const u8* payload, std::size_t length) {
+  if (length < adobeLength || std::memcmp(payload, "Adobe", adobeNameLength) != 0) return;
+  info.saw_Adobe_marker = TRUE;
+  info.Adobe_transform = payload[11];
+}
+
+u64 blocksOf(const jpeg_decompress_struct& info) {
+  u64 blocks = 0;
+  for (int i = 0; i < info.num_components; ++i) {
+    blocks += u64{info.comp_info[i].width_in_blocks} * info.comp_info[i].height_in_blocks;
+  }
+  return blocks;
+}
+
+}  // namespace
+
+Decoder::Decoder(InputSource& source, Receiver& receiver) noexcept
+    : source_(source), receiver_(receiver) {
+  info_.err = trap_.manager();
+}
+
+Decoder::~Decoder() { jpeg_destroy_decompress(&info_); }
+
+int Decoder::run() {
+  if (!trap_.run<&Decoder::readHeader>(*this)) return codecFailed;
+  if (answer_ != host::codecGoOn) return answer_;
+  if (!trap_.run<&Decoder::announce>(*this)) return codecFailed;
+  if (answer_ == host::codecHeaderOnly) return host::codecGoOn;
+  if (answer_ != host::codecGoOn) return answer_;
+  if (!prepareRows() || !trap_.run<&Decoder::deliverRows>(*this)) return codecFailed;
+  return answer_;
+}
+
+void Decoder::readHeader() {
+  jpeg_create_decompress(&info_);
+  info_.client_data = this;
+  info_.src = &source_;
+  info_.mem->max_memory_to_use = coefficientMemory;
+  for (int i = 0; i < segmentKinds; ++i) {
+    jpeg_set_marker_processor(&info_, JPEG_APP0 + i, [](j_decompress_ptr info) -> boolean {
+      return static_cast<Decoder*>(info->client_data)->onSegment();
+    });
+  }
+  jpeg_read_header(&info_, TRUE);
+  inHeader_ = false;
+}
+
+// FALSE, "come again with more data", is how a stop of the host leaves the header. A segment that
+// the stream does not hold wholly, or whose place the record cannot name, is not raised.
+boolean Decoder::onSegment() {
+  u8 spare[2];
+  const u8* const lengthWord = source_.take(sizeof(spare), spare);
+  const std::size_t length = lengthWord != nullptr ? bigEndian16(lengthWord) : 0;
+  if (length < sizeof(spare)) return TRUE;
+  const std::size_t payloadLength = length - sizeof(spare);
+  if (!inHeader_) {
+    source_.skip(payloadLength);
+    return TRUE;
+  }
+  const u64 offset = source_.position();
+  const u8* const payload = source_.take(payloadLength, segmentBuffer());
+  if (payload == nullptr) return TRUE;
+  noteColours(payload, payloadLength);
+  if (offset > UINT32_MAX) return TRUE;
+
+  host::SegmentRecord segment = {};
+  segment.kind = 1;
+  segment.appNumber = static_cast<host::u16>(info_.unread_marker - JPEG_APP0);
+  segment.payloadOffset = static_cast<u32>(offset);
+  segment.payloadLength = static_cast<i32>(payloadLength);
+  segment.payload = payload;
+  answer_ = receiver_.onSegment(segment);
+  return answer_ == host::codecGoOn ? TRUE : FALSE;
+}
+
+u8* Decoder::segmentBuffer() {
+  if (segmentBuffer_ == nullptr) {
+    segmentBuffer_ = static_cast<u8*>(info_.mem->alloc_large(reinterpret_cast<j_common_ptr>(&info_),
+                                                             JPOOL_PERMANENT, longestPayload));
+  }
+  return segmentBuffer_;
+}
+
+// libjpeg's own readers of these two segments are replaced with the segment processor; its colour
+// decisions rest on what they would have noted.
+void Decoder::noteColours(const u8* payload, std::size_t length) {
+  if (info_.unread_marker == JPEG_APP0) noteJfif(info_, payload, length);
+  if (info_.unread_marker == JPEG_APP0 + adobeAppNumber) noteAdobe(info_, payload, length);
+}
+
+void Decoder::announce() {
+  setOutputColours();
+  jpeg_calc_output_dimensions(&info_);
+  host::ImageHeaderWithExtra header = {};
+  answer_ = announceSize(header);
+  const bool scaled =
+      header.header.width != info_.output_width || header.header.height != info_.output_height;
+  if (answer_ != host::codecGoOn || !scaled) return;
+  chooseScale(header.header.width, header.header.height);
+  answer_ = announceSize(header);
+}
+
+i32 Decoder::announceSize(host::ImageHeaderWithExtra& header) {
+  header = describe(info_, info_.output_width, info_.output_height);
+  return receiver_.onHeader(header);
+}
+
+void Decoder::setOutputColours() {
+  const u32 wanted = receiver_.wantedBytesPerPixel();
+  switch (info_.num_components) {
+    case 1:
+      info_.out_color_space = wanted == 3 ? JCS_EXT_BGR : JCS_GRAYSCALE;
+      break;
+    case 3:
+      info_.out_color_space = wanted == 1 ? JCS_GRAYSCALE : JCS_EXT_BGR;
+      break;
+    default:  // CMYK for four components, else the samples as they are
+      break;
+  }
+}
+
+// The smallest of n/8 that is not smaller than what is wanted on either side. A side of 0 wants
+// nothing in particular and gets the full size.
+void Decoder::chooseScale(u32 wantedWidth, u32 wantedHeight) {
+  info_.scale_denom = scaleDenominator;
+  const bool sized = wantedWidth != 0 && wantedHeight != 0;
+  for (info_.scale_num = sized ? 1 : scaleDenominator; info_.scale_num < scaleDenominator;
+       ++info_.scale_num) {
+    jpeg_calc_output_dimensions(&info_);
+    if (info_.output_width >= wantedWidth && info_.output_height >= wantedHeight) return;
+  }
+  jpeg_calc_output_dimensions(&info_);
+}
+
+void Decoder::setScanBudget() {
+  budget_.scans = freeScans + extraBlocks / blocksOf(info_);
+  budget_.progress_monitor = [](j_common_ptr info) {
+    const auto* decompress = reinterpret_cast<j_decompress_ptr>(info);
+    const u64 begun = static_cast<u64>(decompress->input_scan_number);
+    if (begun > static_cast<const ScanBudget*>(info->progress)->scans) ErrorTrap::raise(info);
+  };
+  info_.progress = &budget_;
+}
+
+// A picture of several scans is read to its end here. When one of them is broken, or one too many,
+// the stream ends in front of it and the picture is made from the scans so far.
+bool Decoder::prepareRows() {
+  setScanBudget();
+  if (trap_.run<&Decoder::startPicture>(*this)) return true;
+  info_.progress = nullptr;
+  info_.unread_marker = 0;
+  source_.end();
+  return trap_.run<&Decoder::startPicture>(*this);
+}
+
+void Decoder::startPicture() { jpeg_start_decompress(&info_); }
+
+void Decoder::deliverRows() {
+  info_.progress = nullptr;
+  const bool turned = info_.out_color_space == JCS_CMYK && info_.saw_Adobe_marker != FALSE;
+  host::RowBlock block = {};
+  block.size = sizeof(block);
+  block.width = info_.output_width;
+  block.imageHeight = info_.output_height;
+  block.bytesPerPixel = static_cast<u32>(info_.output_components);
+  block.byteCount = block.width * block.bytesPerPixel;
+  u8* const ownRow = info_.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&info_), JPOOL_IMAGE,
+                                             block.byteCount, 1)[0];
+  while (answer_ == host::codecGoOn && info_.output_scanline < info_.output_height) {
+    block.row = info_.output_scanline;
+    u8* const place = receiver_.placeFor(block.row, block.byteCount);
+    JSAMPROW row = place != nullptr ? place : ownRow;
+    jpeg_read_scanlines(&info_, &row, 1);
+    if (turned) invertInk(row, row, block.byteCount);
+    block.pixels = row;
+    host::RowBlock given = block;  // the host's to change
+    answer_ = receiver_.onRow(given);
+  }
+}
+
+}  // namespace klibjpg

@@ -1,0 +1,58 @@
+// Decodes one picture from a source for a receiver.
+#pragma once
+
+#include "companions/klibjpg/error_trap.h"
+#include "companions/klibjpg/receiver.h"
+#include "companions/klibjpg/source_manager.h"
+
+namespace klibjpg {
+
+// Used once. Order: every application segment in front of the first scan, the header (a second time
+// with the delivered size when the answer changed it), then every row from the top. A picture of
+// several scans is delivered in one pass, from all its scans: showing each would cost a decoding of
+// the whole picture apiece.
+//
+// What is damaged is delivered as far as it can be decoded; samples that the stream does not hold
+// are 128 in every channel before ink is turned. Results: codecGoOn, the answer that stopped, or
+// codecFailed.
+class Decoder {
+ public:
+  Decoder(InputSource& source, Receiver& receiver) noexcept;
+  Decoder(const Decoder&) = delete;
+  Decoder& operator=(const Decoder&) = delete;
+  ~Decoder();
+
+  [[nodiscard]] int run();
+
+ private:
+  // libjpeg reports its progress here: the number of scans is held against a budget.
+  struct ScanBudget : jpeg_progress_mgr {
+    host::u64 scans = 0;
+  };
+
+  // Steps of the trap.
+  void readHeader();
+  void announce();
+  void startPicture();
+  void deliverRows();
+
+  bool prepareRows();
+  void setOutputColours();
+  void setScanBudget();
+  void chooseScale(host::u32 wantedWidth, host::u32 wantedHeight);
+  [[nodiscard]] host::i32 announceSize(host::ImageHeaderWithExtra& header);
+  boolean onSegment();
+  host::u8* segmentBuffer();
+  void noteColours(const host::u8* payload, std::size_t length);
+
+  InputSource& source_;
+  Receiver& receiver_;
+  ErrorTrap trap_;
+  ScanBudget budget_ = {};
+  jpeg_decompress_struct info_ = {};
+  host::u8* segmentBuffer_ = nullptr;  // of libjpeg's pool
+  bool inHeader_ = true;
+  host::i32 answer_ = host::codecGoOn;
+};
+
+}  // namespace klibjpg

@@ -1,0 +1,83 @@
+// Where compressed data comes from: a file, memory, or the host's read function. No source holds
+// more of its stream than one buffer.
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "companions/klibjpg/jpeg_library.h"
+#include "host/klibjpg.h"
+
+namespace klibjpg {
+
+// libjpeg's source manager over a stream of buffers. It counts what it hands out, so that a place
+// in the stream has a number, and it never suspends: behind its last byte a stream goes on with
+// end-of-image markers for ever, which is how libjpeg completes a picture that was cut off.
+class InputSource : public jpeg_source_mgr {
+ public:
+  InputSource() noexcept;
+  InputSource(const InputSource&) = delete;
+  InputSource& operator=(const InputSource&) = delete;
+  virtual ~InputSource() = default;
+
+  // Bytes of the stream in front of the next one. Meaningless once the stream has ended.
+  [[nodiscard]] host::u64 position() const noexcept { return delivered_ - bytes_in_buffer; }
+
+  // The next count bytes: in the stream's own buffer when they all lie there, else copied to spare,
+  // which has room for them. Null when the stream ends first.
+  [[nodiscard]] const host::u8* take(std::size_t count, host::u8* spare);
+  void skip(std::size_t count);
+
+  // Cuts the stream off here.
+  void end() noexcept;
+
+ protected:
+  // The next buffer of the stream, valid until the next call; empty at its end.
+  virtual std::span<const host::u8> nextBuffer() = 0;
+
+ private:
+  bool refill();
+
+  host::u64 delivered_ = 0;
+  bool ended_ = false;
+};
+
+class MemorySource final : public InputSource {
+ public:
+  explicit MemorySource(std::span<const host::u8> bytes) noexcept : bytes_(bytes) {}
+
+ private:
+  std::span<const host::u8> nextBuffer() override;
+
+  std::span<const host::u8> bytes_;
+};
+
+class FileSource final : public InputSource {
+ public:
+  // A path that cannot be opened for reading makes an empty stream.
+  explicit FileSource(const char* path);
+  explicit FileSource(const wchar_t* path);
+  ~FileSource() override;
+
+ private:
+  std::span<const host::u8> nextBuffer() override;
+
+  static constexpr DWORD bufferSize = 64 * 1024;
+
+  std::unique_ptr<host::u8[]> buffer_ = std::make_unique_for_overwrite<host::u8[]>(bufferSize);
+  HANDLE file_;
+};
+
+// Pulls from the host's read function, from wherever that begins.
+class DescriptorSource final : public InputSource {
+ public:
+  explicit DescriptorSource(const host::InputDescriptor& input) noexcept : input_(input) {}
+
+ private:
+  std::span<const host::u8> nextBuffer() override;
+
+  const host::InputDescriptor& input_;
+  bool last_ = false;
+};
+
+}  // namespace klibjpg

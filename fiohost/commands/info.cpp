@@ -1,0 +1,32 @@
+#include "fiohost/commands/command.h"
+#include "fiohost/commands/results.h"
+#include "fiohost/picture_words.h"
+
+namespace fiohost {
+namespace {
+
+class InfoCommand : public Command {
+ public:
+  void declare(CLI::App& arguments) override {
+    arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
+    arguments.add_flag("--json", json_, "print JSON");
+  }
+
+  ExitCode run(const Session& session) override {
+    return serveFiles(files_, json_, [&session](const std::string& name) {
+      const SourceFile file(name);
+      const PictureInfo info = gatherInfo(session, file, describeFile(session, file));
+      return FileResult{describeInWords(info), describeInJson(info)};
+    });
+  }
+
+ private:
+  std::vector<std::string> files_;
+  bool json_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeInfoCommand() { return std::make_unique<InfoCommand>(); }
+
+}  // namespace fiohost

@@ -1,0 +1,273 @@
+#include <algorithm>
+#include <charconv>
+#include <iostream>
+#include <set>
+
+#include "fiohost/commands/command.h"
+#include "fiohost/commands/results.h"
+#include "fiohost/mpo_build.h"
+#include "fiohost/mpo_extract.h"
+#include "fiohost/mpo_words.h"
+
+namespace fiohost {
+namespace {
+
+using nlohmann::ordered_json;
+
+template <typename Number>
+bool parseWhole(std::string_view text, Number& number) {
+  const char* end = text.data() + text.size();
+  const auto [stopped, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stopped == end;
+}
+
+class MpoInfoCommand : public Command {
+ public:
+  void declare(CLI::App& arguments) override {
+    arguments.add_option("FILE", files_, "MPO files")->required();
+    arguments.add_flag("--json", json_, "print JSON");
+  }
+
+  ExitCode run(const Session& session) override {
+    return serveFiles(files_, json_, [&session](const std::string& name) {
+      const MpoFile mpo = describeMpo(session, SourceFile(name));
+      return FileResult{listInWords(name, mpo), listInJson(name, mpo)};
+    });
+  }
+
+ private:
+  std::vector<std::string> files_;
+  bool json_ = false;
+};
+
+// "all" (an empty set) or numbers from 1 with commas between them.
+std::optional<std::set<host::u32>> parseNumbers(const std::string& text) {
+  std::set<host::u32> numbers;
+  if (text == "all") return numbers;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t comma = std::min(text.find(',', start), text.size());
+    host::u32 number = 0;
+    if (!parseWhole(std::string_view(text).substr(start, comma - start), number) || number == 0) {
+      return std::nullopt;
+    }
+    numbers.insert(number);
+    start = comma + 1;
+  }
+  return numbers;
+}
+
+std::string checkNumbers(const std::string& text) {
+  return parseNumbers(text) ? "" : "--images takes \"all\" or numbers such as 1,3, not " + text;
+}
+
+class MpoExtractCommand : public Command {
+ public:
+  void declare(CLI::App& arguments) override {
+    arguments.add_option("FILE", file_, "MPO file")->required();
+    arguments.add_option("-o,--output", folder_, "the folder to write to")->required();
+    arguments.add_option("--images", images_, "the images' numbers with commas, or all")
+        ->check(&checkNumbers);
+    arguments.add_flag("--jpeg", jpeg_, "the JPEG streams as they are, not decoded to PNG");
+    arguments.add_flag("--force", force_, "replace existing files");
+    arguments.add_flag("--json", json_, "print JSON");
+  }
+
+  ExitCode run(const Session& session) override {
+    std::error_code ignored;
+    std::filesystem::create_directory(platform::systemPath(folder_), ignored);
+    if (!std::filesystem::is_directory(platform::systemPath(folder_))) {
+      throw Failure(folder_ + " is no folder and cannot become one", "name another");
+    }
+    return serveFiles({file_}, json_,
+                      [&](const std::string& name) { return serve(session, name); });
+  }
+
+ private:
+  FileResult serve(const Session& session, const std::string& name) const {
+    const SourceFile file(name);
+    MpoFile mpo = describeMpo(session, file);
+    FileResult result = {"", {{"file", name}, {"images", ordered_json::array()}}};
+    std::optional<Failure> first;
+    for (const ListedImage& image : chosen(mpo)) {
+      try {
+        tell(result, name, extract(session, file, mpo, image));
+      } catch (const Failure& failure) {
+        if (!first) first = named(image, failure);
+      }
+    }
+    if (!first) return result;
+    if (!json_) std::cout << result.words;  // one image's failure does not undo the others
+    throw Failure(*first);
+  }
+
+  // The images that were asked for; each must be there.
+  [[nodiscard]] std::vector<ListedImage> chosen(const MpoFile& mpo) const {
+    const std::set<host::u32> numbers = *parseNumbers(images_);
+    if (numbers.empty()) return mpo.images;
+    std::vector<ListedImage> images;
+    for (const host::u32 number : numbers) {
+      if (number > mpo.images.size()) {
+        throw Failure("there is no image " + std::to_string(number),
+                      "the file has " + std::to_string(mpo.images.size()));
+      }
+      images.push_back(mpo.images[number - 1]);
+    }
+    return images;
+  }
+
+  TakenImage extract(const Session& session, const SourceFile& file, MpoFile& mpo,
+                     const ListedImage& image) const {
+    const std::filesystem::path stem = platform::systemPath(folder_) / file.path().stem();
+    const std::string output = platform::displayPath(stem) + "-" + std::to_string(image.number) +
+                               (jpeg_ ? ".jpg" : ".png");
+    const Existing existing = force_ ? Existing::replaced : Existing::refused;
+    return jpeg_ ? extractStream(file, image, output, existing)
+                 : extractPng(session, mpo, image, output, existing);
+  }
+
+  static Failure named(const ListedImage& image, const Failure& failure) {
+    return Failure("image " + std::to_string(image.number) + ": " + failure.what(),
+                   failure.advice(), failure.code());
+  }
+
+  static void tell(FileResult& result, const std::string& name, const TakenImage& taken) {
+    result.words += name + ", image " + std::to_string(taken.number) + " -> " + taken.output +
+                    ", " + std::to_string(taken.byteCount) + " bytes\n";
+    result.json["images"].push_back(
+        {{"number", taken.number}, {"output", taken.output}, {"bytes", taken.byteCount}});
+  }
+
+  std::string file_;
+  std::string folder_;
+  std::string images_ = "all";
+  bool jpeg_ = false;
+  bool force_ = false;
+  bool json_ = false;
+};
+
+// "NUM/DEN"; only a signed one may be negative.
+std::optional<host::MpoRational> parseRatio(const std::string& text, bool isSigned) {
+  const std::size_t slash = text.find('/');
+  host::i64 numerator = 0;
+  host::i64 denominator = 0;
+  if (slash == std::string::npos || !parseWhole(text.substr(0, slash), numerator) ||
+      !parseWhole(text.substr(slash + 1), denominator)) {
+    return std::nullopt;
+  }
+  constexpr host::i64 largest = 0x7FFFFFFF / host::mpoMostImages;  // it is multiplied by numbers
+  if (numerator > largest || numerator < (isSigned ? -largest : 0)) return std::nullopt;
+  if (denominator < 1 || denominator > 0x7FFFFFFF) return std::nullopt;
+  return host::MpoRational{static_cast<host::u32>(numerator), static_cast<host::u32>(denominator)};
+}
+
+std::string checkBaseline(const std::string& text) {
+  return parseRatio(text, false) ? "" : "--baseline takes metres such as 77/1000, not " + text;
+}
+
+std::string checkConvergence(const std::string& text) {
+  return parseRatio(text, true) ? "" : "--convergence takes degrees such as -3/2, not " + text;
+}
+
+struct KindName {
+  const char* name;
+  BuildKind kind;
+};
+constexpr KindName kindNames[] = {{"stereo", BuildKind::stereo},
+                                  {"panorama", BuildKind::panorama},
+                                  {"multi-angle", BuildKind::multiAngle},
+                                  {"large-thumbnail", BuildKind::largeThumbnail}};
+
+std::string checkKind(const std::string& text) {
+  for (const KindName& kind : kindNames) {
+    if (text == kind.name) return "";
+  }
+  return "--kind is one of stereo, panorama, multi-angle and large-thumbnail, not " + text;
+}
+
+class MpoBuildCommand : public Command {
+ public:
+  void declare(CLI::App& arguments) override {
+    arguments.add_option("IMG", pictures_, "JPEG files, the first image first")->required();
+    arguments.add_option("-o,--output", output_, "the MPO file to write")->required();
+    arguments.add_option("--kind", kind_, "stereo, panorama, multi-angle or large-thumbnail")
+        ->required()
+        ->check(&checkKind);
+    arguments
+        .add_option("--baseline", baseline_, "metres between neighbouring viewpoints, NUM/DEN")
+        ->check(&checkBaseline);
+    arguments
+        .add_option("--convergence", convergence_,
+                    "degrees between neighbouring viewpoints, NUM/DEN")
+        ->check(&checkConvergence);
+    arguments.add_option("--quality", quality_, "1 to 100")->check(CLI::Range(1, 100));
+    arguments.add_flag("--force", options_.replace, "replace an existing output");
+    arguments.add_flag("--json", json_, "print JSON");
+  }
+
+  ExitCode run(const Session& session) override {
+    takeOptions();
+    return serveFiles({output_}, json_, [&](const std::string& name) {
+      const host::u64 size = buildMpo(session, pictures_, name, options_);
+      return FileResult{
+          std::to_string(pictures_.size()) + " images -> " + name + ", " + std::to_string(size) +
+              " bytes\n",
+          {{"output", name}, {"kind", kind_}, {"images", pictures_.size()}, {"bytes", size}}};
+    });
+  }
+
+ private:
+  void takeOptions() {
+    options_.kind =
+        std::find_if(std::begin(kindNames), std::end(kindNames), [this](const KindName& kind) {
+          return kind_ == kind.name;
+        })->kind;
+    if (!baseline_.empty()) options_.baseline = parseRatio(baseline_, false);
+    if (!convergence_.empty()) options_.convergence = parseRatio(convergence_, true);
+    if (quality_ != 0) options_.quality = quality_;
+  }
+
+  std::vector<std::string> pictures_;
+  std::string output_;
+  std::string kind_;
+  std::string baseline_;
+  std::string convergence_;
+  host::u32 quality_ = 0;
+  bool json_ = false;
+  BuildOptions options_;
+};
+
+class MpoCommand : public Command {
+ public:
+  void declare(CLI::App& arguments) override {
+    arguments.require_subcommand(1);
+    add<MpoInfoCommand>(arguments, "info", "tell the images of multi-picture files");
+    add<MpoExtractCommand>(arguments, "extract", "write a file's images to files of their own");
+    add<MpoBuildCommand>(arguments, "build", "make a multi-picture file of JPEG files");
+  }
+
+  ExitCode run(const Session& session) override {
+    const auto chosen = std::find_if(parts_.begin(), parts_.end(),
+                                     [](const Part& part) { return part.arguments->parsed(); });
+    return chosen->command->run(session);
+  }
+
+ private:
+  struct Part {
+    CLI::App* arguments;
+    std::unique_ptr<Command> command;
+  };
+
+  template <typename Kind>
+  void add(CLI::App& arguments, const char* name, const char* summary) {
+    parts_.push_back({arguments.add_subcommand(name, summary), std::make_unique<Kind>()});
+    parts_.back().command->declare(*parts_.back().arguments);
+  }
+
+  std::vector<Part> parts_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeMpoCommand() { return std::make_unique<MpoCommand>(); }
+
+}  // namespace fiohost

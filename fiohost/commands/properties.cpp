@@ -1,0 +1,94 @@
+#include "fiohost/commands/command.h"
+#include "fiohost/commands/results.h"
+#include "fiohost/describe.h"
+#include "fiohost/extract.h"
+#include "fiohost/output_file.h"
+#include "fiohost/property_words.h"
+
+namespace fiohost {
+namespace {
+
+using nlohmann::ordered_json;
+
+// Labels are longer than the facts of a picture.
+std::string propertyLine(const Property& property, bool exact) {
+  constexpr std::size_t labelWidth = 34;
+  std::string label = property.name.empty() ? originText(property) : property.name;
+  if (label.size() < labelWidth) label.resize(labelWidth, ' ');
+  return "    " + label + " " + valueText(property, exact) + "   [" + originText(property) + "]\n";
+}
+
+class PropertiesCommand : public Command {
+ public:
+  void declare(CLI::App& arguments) override {
+    arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
+    arguments.add_flag("--json", json_, "print JSON");
+    arguments.add_flag("--raw", raw_, "fractions and bytes as they are stored");
+    auto* output = arguments.add_option("-o,--output", output_, "the file to extract to");
+    auto* extract = arguments.add_option("--extract", extract_, "write one block to a file")
+                        ->check(CLI::IsMember(extractNames()));
+    extract->needs(output);
+    output->needs(extract);
+  }
+
+  ExitCode run(const Session& session) override {
+    if (!extract_.empty() && files_.size() > 1) {
+      throw Failure("--extract takes one file", "name them one after another");
+    }
+    return serveFiles(files_, json_, [&](const std::string& name) { return serve(session, name); });
+  }
+
+ private:
+  FileResult serve(const Session& session, const std::string& name) {
+    const SourceFile file(name);
+    const Described described = describeFile(session, file);
+    session.plugin.loadProperties(described.fileData.handle());
+    const std::vector<Property> properties = readProperties(session, described.fileData);
+    return extract_.empty() ? list(name, described, properties)
+                            : extract(session, file, properties);
+  }
+
+  FileResult list(const std::string& name, const Described& described,
+                  const std::vector<Property>& properties) const {
+    FileResult result = {name + "\n",
+                         {{"file", name},
+                          {"format", familyName(described.family)},
+                          {"properties", ordered_json::array()}}};
+    const char* group = nullptr;
+    for (const Property& property : properties) {
+      if (group != groupName(property.group)) {
+        group = groupName(property.group);
+        result.words += std::string("  ") + group + "\n";
+      }
+      result.words += propertyLine(property, raw_);
+      result.json["properties"].push_back(propertyInJson(property, raw_));
+    }
+    if (properties.empty()) result.words += "  no metadata\n";
+    return result;
+  }
+
+  FileResult extract(const Session& session, const SourceFile& file,
+                     const std::vector<Property>& properties) const {
+    const std::vector<std::uint8_t> block = extractBlock(extract_, session, file, properties);
+    OutputFile output(output_);
+    output.write(block.data(), block.size());
+    output.commit();
+    return {file.name() + " -> " + output_ + ", " + std::to_string(block.size()) + " bytes\n",
+            {{"file", file.name()},
+             {"extracted", extract_},
+             {"output", output_},
+             {"bytes", block.size()}}};
+  }
+
+  std::vector<std::string> files_;
+  std::string output_;
+  std::string extract_;
+  bool json_ = false;
+  bool raw_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makePropertiesCommand() { return std::make_unique<PropertiesCommand>(); }
+
+}  // namespace fiohost

@@ -1,0 +1,74 @@
+#include "fiohost/commands/results.h"
+
+#include <iostream>
+
+#include "fiohost/interrupt.h"
+
+namespace fiohost {
+namespace {
+
+using nlohmann::ordered_json;
+
+ordered_json failureInJson(const std::string& file, const Failure& failure) {
+  return {{"file", file},
+          {"error",
+           {{"code", failure.code() != 0 ? ordered_json(failure.code()) : ordered_json(nullptr)},
+            {"message", failure.what()},
+            {"advice", failure.advice()}}}};
+}
+
+FileResult serveOne(const std::string& file,
+                    const std::function<FileResult(const std::string&)>& serve) {
+  try {
+    return serve(file);
+  } catch (const Failure&) {
+    throw;
+  } catch (const std::bad_alloc&) {
+    throw Failure("there is not enough memory", "close other programs");
+  } catch (const std::exception& error) {
+    throw Failure(error.what(), "check the file and try again");
+  }
+}
+
+}  // namespace
+
+void printJson(const ordered_json& value) {
+  // File names need not be valid UTF-8 on every system.
+  std::cout << value.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
+}
+
+void printFailure(const std::string& file, const Failure& failure) {
+  std::cout.flush();
+  std::cerr << "fiohost: " << (file.empty() ? "" : file + ": ") << failure.line() << '\n';
+}
+
+FileResult savedResult(const std::string& input, const Converted& saved) {
+  return {input + " -> " + saved.output + ", " + std::to_string(saved.byteCount) + " bytes\n" +
+              outcomesInWords(saved.segments),
+          {{"file", input},
+           {"output", saved.output},
+           {"bytes", saved.byteCount},
+           {"segments", outcomesInJson(saved.segments)}}};
+}
+
+ExitCode serveFiles(const std::vector<std::string>& files, bool json,
+                    const std::function<FileResult(const std::string&)>& serve) {
+  ordered_json all = ordered_json::array();
+  ExitCode code = exitSuccess;
+  for (const std::string& file : files) {
+    if (interrupted()) return exitSomeFailed;
+    try {
+      FileResult result = serveOne(file, serve);
+      if (!json) std::cout << result.words << std::flush;
+      all.push_back(std::move(result.json));
+    } catch (const Failure& failure) {
+      printFailure(file, failure);
+      all.push_back(failureInJson(file, failure));
+      code = exitSomeFailed;
+    }
+  }
+  if (json) printJson(all);
+  return code;
+}
+
+}  // namespace fiohost

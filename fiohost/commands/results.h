@@ -1,0 +1,35 @@
+// How every command tells its results: words or JSON on the standard output, one line a failure on
+// the standard error.
+#pragma once
+
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "fiohost/commands/command.h"
+#include "fiohost/convert_picture.h"
+#include "fiohost/failure.h"
+
+namespace fiohost {
+
+void printJson(const nlohmann::ordered_json& value);
+
+// The failure's line on the standard error. The file's name is left out when it is empty.
+void printFailure(const std::string& file, const Failure& failure);
+
+// What a command has to say about one file.
+struct FileResult {
+  std::string words;
+  nlohmann::ordered_json json;
+};
+
+// What became of an input that was saved anew.
+[[nodiscard]] FileResult savedResult(const std::string& input, const Converted& saved);
+
+// Serves each file on its own: a failure is told and the next file's turn comes. With json the
+// results come as one array in the files' order, a failed file as {"file", "error"}.
+ExitCode serveFiles(const std::vector<std::string>& files, bool json,
+                    const std::function<FileResult(const std::string&)>& serve);
+
+}  // namespace fiohost

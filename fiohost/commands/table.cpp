@@ -1,0 +1,26 @@
+#include <array>
+
+#include "fiohost/commands/command.h"
+
+namespace fiohost {
+namespace {
+
+constexpr std::array commands = {
+    CommandEntry{"convert", "save pictures anew with other options", &makeConvertCommand},
+    CommandEntry{"formats", "tell the formats that the plug-in serves", &makeFormatsCommand},
+    CommandEntry{"heap", "list or set the values of a camera-data heap", &makeHeapCommand},
+    CommandEntry{"info", "describe pictures", &makeInfoCommand},
+    CommandEntry{"mpo", "look into, take apart or build multi-picture files", &makeMpoCommand},
+    CommandEntry{"properties", "list or extract what is known beside the picture",
+                 &makePropertiesCommand},
+    CommandEntry{"read", "decode a picture into a PNG, BMP or PPM file", &makeReadCommand},
+    CommandEntry{"show", "describe pictures and decode each to a PNG in the current folder",
+                 &makeShowCommand},
+    CommandEntry{"settings", "show or change the save options", &makeSettingsCommand},
+};
+
+}  // namespace
+
+CommandTable commandTable() { return {commands.data(), commands.data() + commands.size()}; }
+
+}  // namespace fiohost

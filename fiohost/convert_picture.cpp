@@ -1,0 +1,118 @@
+#include "fiohost/convert_picture.h"
+
+#include <algorithm>
+
+#include "fiohost/describe.h"
+#include "fiohost/explain.h"
+#include "fiohost/output_file.h"
+#include "fiohost/progress.h"
+#include "fiohost/row_reader.h"
+
+namespace fiohost {
+namespace {
+
+// The writing half's row source.
+struct RowSupply {
+  RowPipe* pipe;
+  Progress* progress;
+  host::u32 height;
+  host::u8* row = nullptr;
+
+  static void* onRequest(void* context, host::u64, host::u32 first, host::u32, host::u32,
+                         host::u32 second, host::i32, host::i32) noexcept {
+    if (second == 0) return nullptr;  // the preview, which this host does not make
+    auto& supply = *static_cast<RowSupply*>(context);
+    supply.row = supply.pipe->take();
+    supply.progress->update(first, supply.height);
+    return supply.row != nullptr ? &supply.row : nullptr;
+  }
+};
+
+SaveSettings chooseSettings(const host::JpegTail& source, const ConvertOptions& options) {
+  SaveSettings chosen = SettingsFile(pluginFolder()).load();
+  if (options.keepSourceSettings) {
+    chosen.mode = source.mode;
+    chosen.sample = source.sample;
+    chosen.jfif = source.jfif;
+  }
+  chosen.quality = options.quality.value_or(chosen.quality);
+  chosen.mode = options.mode.value_or(chosen.mode);
+  chosen.sample = options.sample.value_or(chosen.sample);
+  chosen.jfif = options.jfif.value_or(chosen.jfif);
+  return chosen;
+}
+
+void refuseOthers(const Described& described) {
+  if (described.family == Family::jpeg) return;
+  throw Failure("this file holds several pictures, and only one can be written",
+                "take them out with \"fiohost mpo extract\" and convert each");
+}
+
+int ignoreRows(host::ReadRequest*, host::u64, host::u32, host::u32, host::u32, host::u8**,
+               host::u16, host::i32, host::u32) noexcept {
+  return 1;
+}
+
+// Asking for the metadata alone leaves out the pixels but joins extended XMP, whose later chunks
+// are then no segments any more. Reading keeps every chunk; the smallest preview is the cheapest
+// read.
+void takeMetadata(const Session& session, const JpegLayout& layout, Described& described) {
+  const auto extended = [](const JpegSegment& segment) { return isExtendedXmp(segment); };
+  if (std::none_of(layout.segments.begin(), layout.segments.end(), extended)) {
+    session.plugin.loadProperties(described.fileData.handle());
+    return;
+  }
+  host::ReadRequest request = {0, {}, 1, {}, 1, 1};
+  session.reports.clear();
+  const int result =
+      session.plugin.read(described.family, described.fileData.handle(), &request, &ignoreRows);
+  if (result == 1) return;
+  throw explainCode(session.reports.code(), "the plug-in delivered no picture",
+                    "the file may be damaged or may have changed meanwhile");
+}
+
+void writeRows(const Session& session, const SourceFile& file, Described& described,
+               bool severalPasses) {
+  const host::FileDataRecord record = described.fileData.common();
+  Progress progress(file.name());
+  RowPipe pipe(severalPasses);
+  RowReader reader(session, file, pipe);
+  RowSupply supply = {&pipe, &progress, record.height};
+  session.reports.clear();
+  const int result =
+      session.plugin.write(described.fileData.handle(), &supply, &RowSupply::onRequest);
+  const int code = session.reports.code();
+  reader.stop();
+  if (result == 1) return;
+  reader.rethrow();
+  throw explainCode(code, "the picture could not be written",
+                    "check that the output's folder has room");
+}
+
+}  // namespace
+
+Converted convertPicture(const Session& session, const SourceFile& file,
+                         const std::string& outputName, const ConvertOptions& options,
+                         const MetadataEdit* edit) {
+  Described described = describeFile(session, file);
+  refuseOthers(described);
+  const JpegLayout sourceLayout = layoutOf(file.path());
+  if (!options.dropMetadata) takeMetadata(session, sourceLayout, described);
+  if (edit != nullptr) edit->apply(described.fileData);
+  const host::JpegTail sourceTail = described.fileData.jpegTail();
+  const SaveSettings settings = chooseSettings(sourceTail, options);
+  described.fileData.setSaveOptions(
+      {settings.quality, settings.mode, settings.sample, settings.jfif});
+  OutputFile output(outputName, options.replace ? Existing::replaced : Existing::refused);
+  const std::filesystem::path written = output.handOver();
+  described.fileData.setSourcePath(written);
+  writeRows(session, file, described, sourceTail.mode != host::modeBaseline);
+  Converted converted = {outputName, std::filesystem::file_size(written), {}};
+  converted.segments = compareLayouts(sourceLayout, layoutOf(written),
+                                      {options.dropMetadata, settings.jfif != 0, edit != nullptr});
+  if (edit != nullptr) edit->verify(SourceFile(platform::displayPath(written)));
+  output.commit();
+  return converted;
+}
+
+}  // namespace fiohost

@@ -1,0 +1,45 @@
+// Saving a picture anew: read through the plug-in's read entry, written through its write entry,
+// the rows flowing from one to the other.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "fiohost/file_data.h"
+#include "fiohost/save_report.h"
+#include "fiohost/save_settings.h"
+#include "fiohost/session.h"
+#include "fiohost/source_file.h"
+
+namespace fiohost {
+
+// What the command line says; what it leaves open comes from the settings, or from the source.
+struct ConvertOptions {
+  std::optional<host::u32> quality;
+  std::optional<host::u32> sample;
+  std::optional<host::u32> mode;
+  std::optional<host::u32> jfif;
+  bool keepSourceSettings = false;  // mode, sampling and JFIF as the source has them
+  bool dropMetadata = false;
+  bool replace = false;  // an existing output
+};
+
+// What is done to the metadata on the way. Both may throw Failure, and nothing is written then.
+struct MetadataEdit {
+  std::function<void(const FileData&)> apply;     // to what was loaded
+  std::function<void(const SourceFile&)> verify;  // the saved file, before it takes its name
+};
+
+struct Converted {
+  std::string output;
+  std::uint64_t byteCount;
+  std::vector<SegmentOutcome> segments;
+};
+
+// Writes outputName, which may be the source itself; it appears complete or not at all. Throws
+// Failure and leaves everything as it was. edit is of the camera data, null for none.
+Converted convertPicture(const Session& session, const SourceFile& file,
+                         const std::string& outputName, const ConvertOptions& options,
+                         const MetadataEdit* edit = nullptr);
+
+}  // namespace fiohost

@@ -1,0 +1,19 @@
+// A property field for people and for programs.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "fiohost/properties.h"
+
+namespace fiohost {
+
+// exact: rationals as fractions and every byte of a value, in place of what is quick to read.
+[[nodiscard]] std::string valueText(const Property& property, bool exact);
+
+// Where the field comes from: "EXIF tag 0x829A, RATIONAL", "IPTC dataset 2:105", "APP1".
+[[nodiscard]] std::string originText(const Property& property);
+
+[[nodiscard]] nlohmann::ordered_json propertyInJson(const Property& property, bool exact);
+
+}  // namespace fiohost

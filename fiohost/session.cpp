@@ -1,0 +1,14 @@
+#include "fiohost/session.h"
+
+#include "platform/console/console.h"
+
+namespace fiohost {
+
+std::filesystem::path pluginFolder() { return platform::programFile().parent_path() / "fio"; }
+
+Session::Session() : Session(pluginFolder()) {}
+
+Session::Session(const std::filesystem::path& folder)
+    : codec(folder), exif(folder), utilities(folder), reports(folder), plugin(folder) {}
+
+}  // namespace fiohost

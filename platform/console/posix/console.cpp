@@ -1,0 +1,45 @@
+#include "platform/console/console.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "platform/posix/unicode.h"
+
+namespace platform {
+
+std::vector<std::string> utf8Arguments(int count, char** values) {
+  return count > 1 ? std::vector<std::string>(values + 1, values + count)
+                   : std::vector<std::string>();
+}
+
+void showUtf8() {}
+
+bool isTerminal(std::FILE* stream) { return isatty(fileno(stream)) == 1; }
+
+std::filesystem::path systemPath(const std::string& text) {
+  return std::filesystem::absolute(text);
+}
+
+std::string displayPath(const std::filesystem::path& path) { return path.string(); }
+
+std::optional<std::string> ansiPath(const std::filesystem::path& path) { return path.string(); }
+
+std::wstring widePath(const std::filesystem::path& path) {
+  return posix::wideFromUtf8(path.native(), posix::Malformed::escape).value();
+}
+
+std::filesystem::path programFile() { return std::filesystem::read_symlink("/proc/self/exe"); }
+
+OwnedFile createNewFile(const std::filesystem::path& path) {
+  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (descriptor < 0) return nullptr;
+  OwnedFile file(fdopen(descriptor, "wb"));
+  if (file == nullptr) close(descriptor);
+  return file;
+}
+
+HMODULE loadModule(const std::filesystem::path& path) { return LoadLibraryA(path.c_str()); }
+
+unsigned long processNumber() { return static_cast<unsigned long>(getpid()); }
+
+}  // namespace platform

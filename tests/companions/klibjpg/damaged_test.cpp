@@ -1,0 +1,248 @@
+// Damaged and hostile streams: what can be decoded is delivered, nothing crashes, nothing spins.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/companions/klibjpg/codec_calls.h"
+#include "tests/companions/klibjpg/reference.h"
+
+namespace klibjpg_test {
+namespace {
+
+using support::JpegBuilder;
+using support::Layout;
+
+constexpr host::u8 startOfScan = 0xDA;
+
+Bytes firstPart(const Bytes& bytes, std::size_t length) {
+  return Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length));
+}
+
+// Where the first scan's compressed data begins.
+std::size_t endOfHeader(const Bytes& jpeg) {
+  const auto segments = support::segmentsOf(jpeg);
+  EXPECT_EQ(segments.back().marker, startOfScan);
+  return segments.back().payloadOffset + segments.back().payload.size();
+}
+
+// Places of the markers behind the first scan's data.
+std::vector<std::size_t> laterMarkers(const Bytes& jpeg) {
+  std::vector<std::size_t> places;
+  for (std::size_t i = endOfHeader(jpeg); i + 1 < jpeg.size(); ++i) {
+    const host::u8 code = jpeg[i + 1];
+    if (jpeg[i] == 0xFF && code >= 0xC0 && !(code >= 0xD0 && code <= 0xD7)) places.push_back(i);
+  }
+  return places;
+}
+
+struct Case {
+  const char* name;
+  JpegBuilder builder;
+};
+
+void PrintTo(const Case& value, std::ostream* out) { *out << value.name; }
+
+const Case cases[] = {
+    {"Baseline", JpegBuilder()},
+    {"Grey", JpegBuilder().layout(Layout::grey)},
+    {"Cmyk", JpegBuilder().layout(Layout::cmyk)},
+    {"Progressive", JpegBuilder().progressive()},
+    {"SeveralScans", JpegBuilder().separateScans()},
+    {"Arithmetic", JpegBuilder().arithmetic()},
+    {"ArithmeticProgressive", JpegBuilder().arithmetic().progressive()},
+    {"Restarts", JpegBuilder().restartEvery(1)},
+    {"Segments", JpegBuilder().exif(Bytes(40, 1)).icc(1, 1, Bytes(20, 2))},
+};
+
+class Damaged : public testing::TestWithParam<Case> {};
+
+TEST_P(Damaged, EveryPrefixWithAHeaderGivesAWholePicture) {
+  const Bytes jpeg = GetParam().builder.build();
+  const std::size_t header = endOfHeader(jpeg);
+  const std::size_t scanHeader = support::segmentsOf(jpeg).back().payloadOffset;
+  for (std::size_t length = 0; length < jpeg.size(); ++length) {
+    const Reading reading = readInput(firstPart(jpeg, length));
+    // A cut inside the scan header is filled with end-of-image markers, which may pass for fields.
+    if (length <= scanHeader) {
+      ASSERT_TRUE(reading.headers.empty()) << length;
+      ASSERT_EQ(reading.result, 0) << length;
+    } else if (length >= header) {
+      ASSERT_EQ(reading.result, 1) << length;
+    }
+    ASSERT_EQ(reading.rows.size(), reading.result == 1 ? 16U : 0U) << length;
+  }
+}
+
+TEST_P(Damaged, EveryPrefixIsCompletedAsByLibjpeg) {
+  const Bytes jpeg = GetParam().builder.build();
+  for (std::size_t length = endOfHeader(jpeg); length < jpeg.size(); ++length) {
+    const Bytes prefix = firstPart(jpeg, length);
+    const Picture expected = referenceDecode(prefix);
+    // Where libjpeg gives up between two scans, the codec keeps those before.
+    if (expected.pixels.empty()) continue;
+    ASSERT_EQ(readInput(prefix).pixels, expected.pixels) << length;
+  }
+}
+
+TEST_P(Damaged, EveryByteMayBeWrong) {
+  const Bytes jpeg = GetParam().builder.build();
+  for (std::size_t at = 0; at < jpeg.size(); ++at) {
+    for (const int wrong : {0x00, 0xFF, 0x7F}) {
+      Bytes damaged = jpeg;
+      damaged[at] = static_cast<host::u8>(wrong);
+      // A damaged size may ask for a picture of any size; the figures are enough then.
+      const Reading reading = readInput(damaged, [](host::u32 event, void* block) -> host::u32 {
+        if (event != host::eventHeader) return host::codecGoOn;
+        const auto& header = *static_cast<host::ImageHeader*>(block);
+        return header.width > 256 || header.height > 256 ? 2 : 1;
+      });
+      ASSERT_TRUE(reading.result == 1 || reading.result == 0) << at;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Damaged, Damaged, testing::ValuesIn(cases),
+                         [](const auto& tested) { return tested.param.name; });
+
+// libjpeg makes the block in which the data ends from zero bits; upsampling spreads it by one row.
+TEST(Damage, RowsThatAreMissingAreGrey) {
+  for (const Layout layout : {Layout::grey, Layout::colour}) {
+    const Bytes jpeg = JpegBuilder().size(24, 64).layout(layout).build();
+    const Reading reading = readInput(firstPart(jpeg, endOfHeader(jpeg)));
+    EXPECT_EQ(reading.result, 1);
+    ASSERT_EQ(reading.rows.size(), 64U);
+    const auto missing = static_cast<std::ptrdiff_t>(reading.rows[0].byteCount * 17);
+    EXPECT_EQ(Bytes(reading.pixels.begin() + missing, reading.pixels.end()),
+              Bytes(reading.rows[0].byteCount * 47, 128));
+  }
+}
+
+TEST(Damage, BrokenTableBetweenScansKeepsTheScansBefore) {
+  const Bytes jpeg = JpegBuilder().size(40, 40).progressive().build();
+  const std::vector<std::size_t> markers = laterMarkers(jpeg);
+  ASSERT_GT(markers.size(), 10U);
+  for (const std::size_t marker : markers) {
+    if (jpeg[marker + 1] != 0xC4) continue;
+    Bytes damaged = jpeg;
+    std::fill_n(damaged.begin() + static_cast<std::ptrdiff_t>(marker) + 5, 16, host::u8{0xFE});
+    ASSERT_TRUE(referenceDecode(damaged).pixels.empty());  // fatal to libjpeg itself
+    Bytes before = firstPart(jpeg, marker);
+    before.insert(before.end(), {0xFF, 0xD9});
+    const Reading reading = readInput(damaged);
+    EXPECT_EQ(reading.result, 1) << marker;
+    EXPECT_EQ(reading.pixels, referenceDecode(before).pixels) << marker;
+  }
+}
+
+TEST(Damage, BrokenScanHeaderKeepsTheScansBefore) {
+  const Bytes jpeg = JpegBuilder().size(40, 40).progressive().build();
+  for (const std::size_t marker : laterMarkers(jpeg)) {
+    if (jpeg[marker + 1] != startOfScan) continue;
+    Bytes damaged = jpeg;
+    damaged[marker + 4] = 77;  // number of components
+    const Reading reading = readInput(damaged);
+    EXPECT_EQ(reading.result, 1) << marker;
+    EXPECT_EQ(reading.pixels.size(), 40U * 40 * 3) << marker;
+  }
+}
+
+TEST(Damage, MissingQuantisationTableFails) {
+  Bytes jpeg = JpegBuilder().build();
+  for (const auto& segment : support::segmentsOf(jpeg)) {
+    if (segment.marker == 0xDB) jpeg[segment.markerOffset + 1] = 0xFE;  // now a comment
+  }
+  const Reading reading = readInput(jpeg);
+  EXPECT_EQ(reading.result, 0);
+  EXPECT_TRUE(reading.rows.empty());
+}
+
+// Changes one byte of the frame header.
+Bytes withFrameByte(const Bytes& jpeg, std::size_t at, host::u8 value) {
+  Bytes changed = jpeg;
+  for (const auto& segment : support::segmentsOf(jpeg)) {
+    if (segment.marker == 0xC0) changed[segment.payloadOffset + at] = value;
+  }
+  return changed;
+}
+
+TEST(Damage, UnservedFramesFail) {
+  const Bytes jpeg = JpegBuilder().build();
+  for (const auto& segment : support::segmentsOf(jpeg)) {
+    if (segment.marker != 0xC0) continue;
+    for (const int frame : {0xC3, 0xC5, 0xC6, 0xC7, 0xCB, 0xCD, 0xCE, 0xCF}) {
+      Bytes changed = jpeg;
+      changed[segment.markerOffset + 1] = static_cast<host::u8>(frame);
+      const Reading reading = readInput(changed);
+      EXPECT_EQ(reading.result, 0) << frame;
+      EXPECT_EQ(reading.events, "5");
+    }
+  }
+  EXPECT_EQ(readInput(withFrameByte(jpeg, 0, 12)).result, 0);  // bits per sample
+  EXPECT_EQ(readInput(withFrameByte(jpeg, 0, 16)).result, 0);
+}
+
+TEST(Damage, SizesOutsideTheFormatFail) {
+  const Bytes jpeg = JpegBuilder().build();
+  Bytes tall = withFrameByte(withFrameByte(jpeg, 1, 0xFF), 2, 0xFF);
+  EXPECT_EQ(readInput(tall).result, 0);  // 65,535 rows; libjpeg serves 65,500
+  Bytes flat = withFrameByte(withFrameByte(jpeg, 1, 0), 2, 0);
+  EXPECT_EQ(readInput(flat).result, 0);
+  EXPECT_EQ(readInput(withFrameByte(jpeg, 5, 11)).result, 0);  // components
+}
+
+TEST(Damage, CoefficientsBeyondTheMemoryLimitFail) {
+  Bytes jpeg = JpegBuilder().progressive().build();
+  for (const auto& segment : support::segmentsOf(jpeg)) {
+    if (segment.marker != 0xC2) continue;
+    std::fill_n(jpeg.begin() + static_cast<std::ptrdiff_t>(segment.payloadOffset) + 1, 4,
+                host::u8{0xF0});  // 61,680 x 61,680 pixels
+  }
+  const Reading reading = readInput(jpeg);
+  EXPECT_EQ(reading.result, 0);
+  EXPECT_EQ(reading.events, "52");
+}
+
+TEST(Damage, NothingButNoiseFails) {
+  EXPECT_EQ(readInput({}).result, 0);
+  EXPECT_EQ(readInput(Bytes(100000, 0)).result, 0);
+  EXPECT_EQ(readInput(Bytes(100000, 0xFF)).result, 0);
+  EXPECT_EQ(readInput({0xFF, 0xD8}).result, 0);
+  EXPECT_EQ(readInput({0xFF, 0xD8, 0xFF, 0xD9}).result, 0);
+}
+
+// A progressive picture with `count` scans without any data in front of its last scan, which is
+// left out unless it is wanted.
+Bytes withEmptyScans(const Bytes& jpeg, std::size_t count, bool lastScan) {
+  const std::size_t last = laterMarkers(jpeg).end()[-2];
+  EXPECT_EQ(jpeg[last + 1], startOfScan);
+  const Bytes emptyScan = {0xFF, startOfScan, 0, 8, 1, 1, 0, 1, 1, 0};  // of coefficient 1
+  Bytes hostile = firstPart(jpeg, last);
+  for (std::size_t i = 0; i < count; ++i) {
+    hostile.insert(hostile.end(), emptyScan.begin(), emptyScan.end());
+  }
+  const auto rest = static_cast<std::ptrdiff_t>(lastScan ? last : jpeg.size() - 2);
+  hostile.insert(hostile.end(), jpeg.begin() + rest, jpeg.end());
+  return hostile;
+}
+
+TEST(Damage, SmallPictureMayHaveAnyNumberOfScans) {
+  const Bytes jpeg = JpegBuilder().size(64, 64).layout(Layout::grey).progressive().build();
+  const Bytes pixels = readInput(withEmptyScans(jpeg, 5000, true)).pixels;
+  EXPECT_EQ(pixels, referenceDecode(withEmptyScans(jpeg, 5000, true)).pixels);
+  EXPECT_NE(pixels, referenceDecode(withEmptyScans(jpeg, 5000, false)).pixels);
+}
+
+TEST(Damage, LargePictureStopsAtItsBudgetOfScans) {
+  // 256 x 256 blocks: 16 scans, and 512 more for the budget of 2^25 blocks.
+  const Bytes jpeg = JpegBuilder().size(2048, 2048).layout(Layout::grey).progressive().build();
+  const Bytes within = referenceDecode(withEmptyScans(jpeg, 4, true)).pixels;
+  const Bytes beyond = referenceDecode(withEmptyScans(jpeg, 4, false)).pixels;
+  ASSERT_NE(within, beyond);
+  EXPECT_TRUE(readInput(withEmptyScans(jpeg, 500, true)).pixels == within);
+  const Reading reading = readInput(withEmptyScans(jpeg, 600, true));
+  EXPECT_EQ(reading.result, 1);
+  EXPECT_TRUE(reading.pixels == beyond);
+}
+
+}  // namespace
+}  // namespace klibjpg_test

@@ -1,0 +1,53 @@
+#include "tests/fiohost/support/files.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "platform/console/console.h"
+
+namespace fiohostTest {
+
+void writeBytes(const std::filesystem::path& path, const Bytes& bytes) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  if (!file) throw std::runtime_error("the test cannot write " + platform::displayPath(path));
+}
+
+Bytes readBytes(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return Bytes(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+std::string readText(const std::filesystem::path& path) {
+  const Bytes bytes = readBytes(path);
+  std::string text(bytes.begin(), bytes.end());
+  text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+  return text;
+}
+
+std::vector<std::string> namesIn(const std::filesystem::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    names.push_back(platform::displayPath(entry.path().filename()));
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+TemporaryFolder::TemporaryFolder() {
+  static unsigned count = 0;
+  path_ =
+      std::filesystem::temp_directory_path() /
+      ("fiohost-test-" + std::to_string(platform::processNumber()) + "-" + std::to_string(count++));
+  std::filesystem::create_directory(path_);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+}  // namespace fiohostTest

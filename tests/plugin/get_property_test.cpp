@@ -1,0 +1,260 @@
+// Fetching the property record: when the codec runs, when the file is mapped, and the results.
+#include <cstdio>
+
+#include "tests/plugin/plugin.h"
+
+namespace {
+
+using namespace test;
+using namespace std::string_literals;
+
+constexpr char fileName[] = "get_property_test.bin";
+
+// An orientation in a little-endian EXIF segment.
+const std::string exifPayload =
+    "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0"s;
+
+class GetProperty : public PluginTest {
+ protected:
+  void SetUp() override {
+    PluginTest::SetUp();
+    writeFile("12345" + exifPayload);
+    tag(host::jpegTailTag);
+    data_.with([](auto& data) { std::strcpy(data.record.ansiPath, fileName); });
+    reported_ = {{1, exifPayload, 5}};
+  }
+  void TearDown() override {
+    EXPECT_TRUE(data_.unlocked());
+    std::remove(fileName);
+  }
+  static void writeFile(const std::string& bytes) {
+    FILE* file = std::fopen(fileName, "wb");
+    ASSERT_NE(file, nullptr);
+    std::fwrite(bytes.data(), 1, bytes.size(), file);
+    std::fclose(file);
+  }
+  void tag(host::u32 value) {
+    data_.with([&](auto& data) { data.tail.tag = value; });
+  }
+  // The codec reports these segments, then the header.
+  void play() {
+    the().fileRead = [this](const char* path, const host::CodecCallback& callback) {
+      path_ = path;
+      for (const Segment& segment : reported_) EXPECT_EQ(report(callback, segment), 1u);
+      headerAnswer_ = callback.callback(callback.context, 2, 0, nullptr);
+      return codecResult_;
+    };
+  }
+  int get(HGLOBAL* out, host::PluginOrdinal ordinal = host::ordinalGetProperty) {
+    play();
+    the().calls.clear();
+    return entry<host::GetPropertyEntry>(ordinal)(data_.handle(), out);
+  }
+  std::vector<int> ids() const {
+    std::vector<int> ids;
+    for (const Field& field : fieldsOf(data_.properties())) ids.push_back(field.descriptor.fieldId);
+    return ids;
+  }
+  host::u32 scanned() const {
+    return data_.with([](auto& data) { return data.tail.scanned; });
+  }
+
+  FileData data_;
+  std::vector<Segment> reported_;
+  std::string path_;
+  int codecResult_ = 1;
+  host::u32 headerAnswer_ = 0;
+};
+
+TEST_F(GetProperty, TheCodecFindsTheSegmentsAndTheFileIsMappedForThem) {
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 1);
+  EXPECT_EQ(out, data_.properties());
+  EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
+  EXPECT_EQ(path_, fileName);
+  EXPECT_EQ(headerAnswer_, 2u) << "the pixels are left out";
+  EXPECT_EQ(scanned(), 1u);
+  EXPECT_THAT(the().calls,
+              testing::ElementsAre("gfioGetFileSourcePath", "kJpgFileReadEx",
+                                   "Prop_ReAllocFieldSpace:1", "Prop_AppendFieldData",
+                                   "gfioGetFileSourcePath", "Prop_ReAllocFieldSpace:5"));
+}
+
+TEST_F(GetProperty, TheSecondCallAnswersAtOnce) {
+  HGLOBAL first = nullptr;
+  ASSERT_EQ(get(&first), 1);
+  std::remove(fileName);
+  HGLOBAL second = nullptr;
+  EXPECT_EQ(get(&second), 1);
+  EXPECT_EQ(second, first);
+  EXPECT_THAT(the().calls, testing::ElementsAre("gfioGetFileSourcePath"));
+}
+
+TEST_F(GetProperty, TheMpoEntryIsTheSameFunction) {
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out, host::ordinalMPOGetProperty), 1);
+  EXPECT_EQ(out, data_.properties());
+  EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
+}
+
+TEST_F(GetProperty, ARecordWhoseSegmentsAreKnownNeedsNoCodec) {
+  data_.with([](auto& data) {
+    data.tail.exifPresent = 1;
+    data.tail.exifOffset = 5;
+    data.tail.exifLength = static_cast<host::u32>(exifPayload.size());
+  });
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 1);
+  EXPECT_TRUE(callsOf({"kJpg"}).empty());
+  EXPECT_EQ(ids(), (std::vector{3999, 4009}));
+}
+
+TEST_F(GetProperty, EachOfTheThreeKindsIsAReasonNotToRunTheCodec) {
+  for (const std::size_t present : {774u, 786u, 798u}) {
+    const FileData data;
+    {
+      platform::LockedGlobal lock(data.handle());
+      auto* bytes = static_cast<host::u8*>(lock.address());
+      std::memcpy(bytes + 746, &host::jpegTailTag, 4);
+      bytes[present] = 1;
+    }
+    HGLOBAL out = nullptr;
+    the().calls.clear();
+    EXPECT_EQ(entry<host::GetPropertyEntry>(host::ordinalGetProperty)(data.handle(), &out), 0);
+    EXPECT_TRUE(callsOf({"kJpg"}).empty()) << present;
+  }
+}
+
+TEST_F(GetProperty, AFileWithoutMetadataIsNotReadAgain) {
+  reported_ = {{0, "JFIF\0\1\2"s}, {14, "Adobe\0"s}};
+  HGLOBAL out = reinterpret_cast<HGLOBAL>(std::uintptr_t{7});
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_EQ(scanned(), 1u);
+  EXPECT_EQ(data_.properties(), nullptr);
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_TRUE(callsOf({"kJpg"}).empty());
+  EXPECT_TRUE(the().reports.empty());
+}
+
+TEST_F(GetProperty, RawFieldsOfAFileWithoutMetadataStay) {
+  reported_ = {{5, "something"s}, {2, "ICC_PROFILE\0\1\1profile"s}};
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_EQ(ids(), (std::vector{3999, 4701, 4014, 4701}));
+}
+
+TEST_F(GetProperty, ThreeIccSegmentsGiveThreeChunksAndThreeRawFields) {
+  reported_.clear();
+  for (const char number : {'\1', '\2', '\3'}) {
+    reported_.push_back({2, "ICC_PROFILE\0"s + number + '\3' + "chunk" + number});
+  }
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_EQ(ids(), (std::vector{3999, 4014, 4701, 4014, 4701, 4014, 4701}));
+  EXPECT_EQ(fieldsOf(data_.properties())[3].block,
+            (std::vector<host::u8>{6, 0, 0, 0, 'c', 'h', 'u', 'n', 'k', 2}));
+}
+
+TEST_F(GetProperty, ExtendedXmpIsPutTogetherAndAStrayChunkIsDropped) {
+  const std::string guid(32, 'G');
+  const std::string other(32, 'H');
+  const std::string head = "http://ns.adobe.com/xmp/extension/\0"s;
+  reported_ = {{1, head + guid + "\0\0\0\x06\0\0\0\0abc"s},
+               {1, head + other + "\0\0\0\x06\0\0\0\x03xyz"s},
+               {1, head + guid + "\0\0\0\x06\0\0\0\x03"s + "def"}};
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_EQ(ids(), (std::vector{3999, 4037, 4701}));
+  const std::vector<host::u8> block = fieldsOf(data_.properties())[1].block;
+  EXPECT_EQ(std::string(block.begin() + 44, block.end()), "abcdef");
+}
+
+TEST_F(GetProperty, AFailingCodecGivesZeroAndKeepsNothing) {
+  for (const int result : {0, -1, -104, 2}) {
+    codecResult_ = result;
+    HGLOBAL out = reinterpret_cast<HGLOBAL>(std::uintptr_t{7});
+    EXPECT_EQ(get(&out), 0) << result;
+    EXPECT_EQ(out, reinterpret_cast<HGLOBAL>(std::uintptr_t{7}));
+    EXPECT_EQ(scanned(), 0u);
+    EXPECT_EQ(data_.properties(), nullptr);
+    EXPECT_EQ(data_.with([](auto& data) { return data.tail.exifPresent; }), 0u);
+  }
+  EXPECT_TRUE(the().reports.empty());
+}
+
+TEST_F(GetProperty, MarkerEventsStoreNothing) {
+  the().fileRead = [](const char*, const host::CodecCallback& callback) {
+    EXPECT_EQ(report(callback, {1, exifPayload, 5}, host::eventMarker), 1u);
+    for (const host::u32 event : {0u, 1u, 3u, 6u}) {
+      EXPECT_EQ(callback.callback(callback.context, event, 0, nullptr), 1u);
+    }
+    return 1;
+  };
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(entry<host::GetPropertyEntry>(host::ordinalGetProperty)(data_.handle(), &out), 0);
+  EXPECT_EQ(data_.properties(), nullptr);
+}
+
+TEST_F(GetProperty, TheWidePathComesBeforeTheAnsiPath) {
+  wchar_t wide[] = L"get_property_test.bin";
+  data_.with([&](auto& data) {
+    data.record.pathFlags = host::pathFlagWide;
+    data.record.widePath = reinterpret_cast<host::u64>(wide);
+    std::strcpy(data.record.ansiPath, "no such file");
+  });
+  the().fileReadWide = [](const wchar_t* path, const host::CodecCallback& callback) {
+    EXPECT_STREQ(path, L"get_property_test.bin");
+    return static_cast<int>(report(callback, {1, exifPayload, 5}));
+  };
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 1);
+  EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
+}
+
+TEST_F(GetProperty, AnUnknownTagOrNoRecordGivesZero) {
+  tag(0x11111111);
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_TRUE(callsOf({"kJpg"}).empty());
+  auto* getProperty = entry<host::GetPropertyEntry>(host::ordinalGetProperty);
+  EXPECT_EQ(getProperty(nullptr, &out), 0);
+  const FileData small(745);
+  EXPECT_EQ(getProperty(small.handle(), &out), 0);
+}
+
+TEST_F(GetProperty, WithoutAnOutPlaceTheRecordIsMadeAllTheSame) {
+  EXPECT_EQ(get(nullptr), 1);
+  EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
+  EXPECT_EQ(get(nullptr), 1);
+}
+
+TEST_F(GetProperty, AFileThatCannotBeMappedGivesZero) {
+  std::remove(fileName);
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_EQ(out, nullptr);
+  EXPECT_EQ(scanned(), 0u);
+}
+
+// After a read the metadata has been taken in.
+TEST_F(GetProperty, ASuccessfulReadTakesTheMetadataIn) {
+  play();
+  host::ReadRequest request = {1, {}, 0, {}, 0, 0};
+  const auto ignoreRows = [](host::ReadRequest*, host::u64, host::u32, host::u32, host::u32,
+                             host::u8**, host::u16, host::i32, host::u32) { return 1; };
+  auto* read = entry<host::JpgFileReadEntry>(host::ordinalJpgFileRead);
+  codecResult_ = 0;
+  EXPECT_EQ(read(0, nullptr, data_.handle(), &request, ignoreRows), 0);
+  EXPECT_EQ(data_.properties(), nullptr);
+  EXPECT_EQ(scanned(), 0u);
+  codecResult_ = 1;
+  // The codec and this test's folder: the file is found once the folder is restored.
+  EXPECT_EQ(read(0, nullptr, data_.handle(), &request, ignoreRows), 1);
+  EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
+  EXPECT_EQ(scanned(), 1u);
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 1);
+  EXPECT_TRUE(callsOf({"kJpg"}).empty());
+}
+
+}  // namespace
