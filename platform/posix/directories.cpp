@@ -39,13 +39,6 @@ std::string temporaryDirectory() {
 
 using namespace platform::posix;
 
-DWORD GetCurrentDirectoryA(DWORD capacity, LPSTR buffer) noexcept {
-  return guarded(DWORD{0}, [=] {
-    const std::string path = requireCurrentDirectory();
-    return path.empty() ? 0 : handOut<char>(path, capacity, buffer);
-  });
-}
-
 DWORD GetCurrentDirectoryW(DWORD capacity, LPWSTR buffer) noexcept {
   return guarded(DWORD{0}, [=] {
     const std::wstring path = widePath(requireCurrentDirectory());

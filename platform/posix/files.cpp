@@ -128,12 +128,6 @@ std::optional<LONGLONG> seek(HANDLE handle, LONGLONG distance, DWORD origin) {
   return failWith<std::optional<LONGLONG>>(code, std::nullopt);
 }
 
-// A 64-bit result that is answered in two halves.
-DWORD lowHalf(LONGLONG value) {
-  SetLastError(NO_ERROR);
-  return static_cast<DWORD>(value);
-}
-
 }  // namespace
 }  // namespace platform::posix
 
@@ -171,18 +165,6 @@ BOOL WriteFile(HANDLE handle, LPCVOID data, DWORD count, LPDWORD written, LPOVER
   });
 }
 
-DWORD SetFilePointer(HANDLE file, LONG distance, PLONG distanceHigh, DWORD origin) noexcept {
-  LONGLONG whole = distance;
-  if (distanceHigh != nullptr) {
-    whole = static_cast<LONGLONG>(static_cast<ULONGLONG>(static_cast<DWORD>(*distanceHigh)) << 32 |
-                                  static_cast<DWORD>(distance));
-  }
-  const std::optional<LONGLONG> position = seek(file, whole, origin);
-  if (!position) return INVALID_SET_FILE_POINTER;
-  if (distanceHigh != nullptr) *distanceHigh = static_cast<LONG>(*position >> 32);
-  return lowHalf(*position);
-}
-
 BOOL SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER position,
                       DWORD origin) noexcept {
   const std::optional<LONGLONG> reached = seek(file, distance.QuadPart, origin);
@@ -190,36 +172,10 @@ BOOL SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER positi
   return reached.has_value();
 }
 
-DWORD GetFileSize(HANDLE file, LPDWORD sizeHigh) noexcept {
-  const std::optional<LONGLONG> size = sizeOf(file);
-  if (!size) return INVALID_FILE_SIZE;
-  if (sizeHigh != nullptr) *sizeHigh = static_cast<DWORD>(*size >> 32);
-  return lowHalf(*size);
-}
-
 BOOL GetFileSizeEx(HANDLE file, PLARGE_INTEGER size) noexcept {
   const std::optional<LONGLONG> found = sizeOf(file);
   if (found) size->QuadPart = *found;
   return found.has_value();
-}
-
-BOOL SetEndOfFile(HANDLE handle) noexcept {
-  const auto file = fileWithAccess(handle, GENERIC_WRITE);
-  if (file == nullptr) return FALSE;
-  const int descriptor = file->descriptor.get();
-  const off_t position = lseek(descriptor, 0, SEEK_CUR);
-  struct stat status;
-  if (position < 0 || fstat(descriptor, &status) != 0) return failWith(codeOfError(errno), FALSE);
-  if (position < status.st_size && Objects::instance().isMapped(file->identity)) {
-    return failWith(ERROR_USER_MAPPED_FILE, FALSE);
-  }
-  return ftruncate(descriptor, position) == 0 || failWith(codeOfError(errno), false);
-}
-
-BOOL FlushFileBuffers(HANDLE handle) noexcept {
-  const auto file = fileWithAccess(handle, GENERIC_WRITE);
-  if (file == nullptr) return FALSE;
-  return fsync(file->descriptor.get()) == 0 || failWith(codeOfError(errno), false);
 }
 
 BOOL CloseHandle(HANDLE object) noexcept {

@@ -104,20 +104,6 @@ UINT GetPrivateProfileIntA(LPCSTR section, LPCSTR key, INT missing, LPCSTR path)
   });
 }
 
-DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR missing, LPSTR buffer,
-                               DWORD capacity, LPCSTR path) noexcept {
-  if (buffer == nullptr || capacity == 0) return 0;
-  buffer[0] = '\0';
-  if (section == nullptr || key == nullptr) return failWith(ERROR_INVALID_PARAMETER, DWORD{0});
-  return guarded(DWORD{0}, [=] {
-    const std::string text =
-        readValue(section, key, path).value_or(missing != nullptr ? missing : "");
-    const std::size_t length = wholeCharacters(text, capacity - 1);
-    buffer[text.copy(buffer, length)] = '\0';
-    return static_cast<DWORD>(length);
-  });
-}
-
 BOOL WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR path) noexcept {
   if (section == nullptr || key == nullptr || value == nullptr || path == nullptr) {
     return failWith(ERROR_INVALID_PARAMETER, FALSE);

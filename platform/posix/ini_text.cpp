@@ -1,8 +1,8 @@
 #include "platform/posix/ini_text.h"
 
-#include <algorithm>
+#include <strings.h>
 
-#include "platform/posix/windows_c_runtime.h"
+#include <algorithm>
 
 namespace platform::posix {
 namespace {
@@ -29,7 +29,8 @@ std::string_view trimmed(std::string_view text) {
 }
 
 bool sameName(std::string_view first, std::string_view second) {
-  return first.size() == second.size() && _strnicmp(first.data(), second.data(), first.size()) == 0;
+  return first.size() == second.size() &&
+         strncasecmp(first.data(), second.data(), first.size()) == 0;
 }
 
 Line lineAt(std::string_view text, std::size_t begin) {

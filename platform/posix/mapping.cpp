@@ -61,13 +61,6 @@ HANDLE CreateFileMappingA(HANDLE file, LPSECURITY_ATTRIBUTES, DWORD protection, 
                  [=] { return createMapping(file, protection, joined(sizeHigh, sizeLow)); });
 }
 
-HANDLE CreateFileMappingW(HANDLE file, LPSECURITY_ATTRIBUTES, DWORD protection, DWORD sizeHigh,
-                          DWORD sizeLow, LPCWSTR name) noexcept {
-  if (name != nullptr) return failWith(ERROR_INVALID_PARAMETER, HANDLE{});
-  return guarded(HANDLE{},
-                 [=] { return createMapping(file, protection, joined(sizeHigh, sizeLow)); });
-}
-
 LPVOID MapViewOfFile(HANDLE mapping, DWORD access, DWORD offsetHigh, DWORD offsetLow,
                      SIZE_T count) noexcept {
   return guarded(LPVOID{},

@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 #include <link.h>
+#include <strings.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -83,7 +84,7 @@ Modules::Entry Modules::findByName(const std::string& name) {
   for (Entry entry = modules_.begin(); entry != modules_.end(); ++entry) {
     const std::string base(baseName(entry->path));
     const bool same =
-        path.empty() ? _stricmp(base.c_str(), file.c_str()) == 0 : entry->path == path;
+        path.empty() ? strcasecmp(base.c_str(), file.c_str()) == 0 : entry->path == path;
     if (same) return entry;
   }
   return failWith(ERROR_MOD_NOT_FOUND, modules_.end());
@@ -207,13 +208,6 @@ BOOL FreeLibrary(HMODULE module) noexcept { return Modules::instance().release(m
 HMODULE GetModuleHandleA(LPCSTR name) noexcept {
   return guarded(HMODULE{}, [=] {
     return name != nullptr ? Modules::instance().handleOf(name) : Modules::instance().mainModule();
-  });
-}
-
-HMODULE GetModuleHandleW(LPCWSTR name) noexcept {
-  return guarded(HMODULE{}, [=] {
-    return name != nullptr ? Modules::instance().handleOf(pathBytes(name))
-                           : Modules::instance().mainModule();
   });
 }
 

@@ -98,12 +98,6 @@ bool Objects::isMapped(const FileIdentity& identity) {
   return any<FileMapping>(identity, [](const FileMapping&) { return true; });
 }
 
-bool Objects::sharesDeletion(const FileIdentity& identity) {
-  const Guard guard(mutex_);
-  return !any<OpenFile>(identity,
-                        [](const OpenFile& file) { return (file.share & FILE_SHARE_DELETE) == 0; });
-}
-
 void Objects::count(LiveCounts& live) {
   const Guard guard(mutex_);
   for (const auto& [handle, object] : objects_) {

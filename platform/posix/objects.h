@@ -71,10 +71,8 @@ class Objects {
   // Unmaps the view at the address; false when there is none.
   [[nodiscard]] bool removeView(const void* address);
 
-  // Whether a mapping or a view keeps the file from being cut or deleted.
+  // Whether a mapping or a view keeps the file from being cut.
   [[nodiscard]] bool isMapped(const FileIdentity& identity);
-  // Whether every handle to the file allows that it is deleted or moved.
-  [[nodiscard]] bool sharesDeletion(const FileIdentity& identity);
 
   // The counts of files, mappings and views.
   void count(LiveCounts& live);

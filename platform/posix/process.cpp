@@ -1,11 +1,9 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <string_view>
-#include <thread>
 
 #include "platform/posix/errors.h"
 #include "platform/posix/paths.h"
@@ -16,10 +14,6 @@ ULONGLONG GetTickCount64() noexcept {
   timespec now = {};
   clock_gettime(CLOCK_MONOTONIC, &now);
   return static_cast<ULONGLONG>(now.tv_sec) * 1000 + static_cast<ULONGLONG>(now.tv_nsec) / 1000000;
-}
-
-void Sleep(DWORD milliseconds) noexcept {
-  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 DWORD GetCurrentThreadId() noexcept { return static_cast<DWORD>(gettid()); }

@@ -41,32 +41,19 @@ HGLOBAL GlobalFree(HGLOBAL block) noexcept;
                                  DWORD disposition, DWORD attributes, HANDLE) noexcept;
 BOOL ReadFile(HANDLE file, LPVOID buffer, DWORD count, LPDWORD read, LPOVERLAPPED) noexcept;
 BOOL WriteFile(HANDLE file, LPCVOID data, DWORD count, LPDWORD written, LPOVERLAPPED) noexcept;
-DWORD SetFilePointer(HANDLE file, LONG distance, PLONG distanceHigh, DWORD origin) noexcept;
 BOOL SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER position,
                       DWORD origin) noexcept;
-[[nodiscard]] DWORD GetFileSize(HANDLE file, LPDWORD sizeHigh) noexcept;
 BOOL GetFileSizeEx(HANDLE file, PLARGE_INTEGER size) noexcept;
-BOOL SetEndOfFile(HANDLE file) noexcept;
-BOOL FlushFileBuffers(HANDLE file) noexcept;
 BOOL CloseHandle(HANDLE object) noexcept;
-BOOL DeleteFileA(LPCSTR path) noexcept;
-BOOL DeleteFileW(LPCWSTR path) noexcept;
-BOOL MoveFileExA(LPCSTR from, LPCSTR to, DWORD flags) noexcept;
-BOOL MoveFileExW(LPCWSTR from, LPCWSTR to, DWORD flags) noexcept;
-[[nodiscard]] DWORD GetFileAttributesA(LPCSTR path) noexcept;
-[[nodiscard]] DWORD GetFileAttributesW(LPCWSTR path) noexcept;
 
 // Mapped files: PAGE_READONLY and FILE_MAP_READ of a file, without a name.
 [[nodiscard]] HANDLE CreateFileMappingA(HANDLE file, LPSECURITY_ATTRIBUTES, DWORD protection,
                                         DWORD sizeHigh, DWORD sizeLow, LPCSTR name) noexcept;
-[[nodiscard]] HANDLE CreateFileMappingW(HANDLE file, LPSECURITY_ATTRIBUTES, DWORD protection,
-                                        DWORD sizeHigh, DWORD sizeLow, LPCWSTR name) noexcept;
 [[nodiscard]] LPVOID MapViewOfFile(HANDLE mapping, DWORD access, DWORD offsetHigh, DWORD offsetLow,
                                    SIZE_T count) noexcept;
 BOOL UnmapViewOfFile(LPCVOID view) noexcept;
 
 // Directories. The temporary one is TMPDIR, else /tmp; it ends in a separator.
-DWORD GetCurrentDirectoryA(DWORD capacity, LPSTR buffer) noexcept;
 DWORD GetCurrentDirectoryW(DWORD capacity, LPWSTR buffer) noexcept;
 BOOL SetCurrentDirectoryA(LPCSTR path) noexcept;
 BOOL SetCurrentDirectoryW(LPCWSTR path) noexcept;
@@ -81,7 +68,6 @@ DWORD GetTempPathW(DWORD capacity, LPWSTR buffer) noexcept;
 [[nodiscard]] HMODULE LoadLibraryW(LPCWSTR name) noexcept;
 BOOL FreeLibrary(HMODULE module) noexcept;
 [[nodiscard]] HMODULE GetModuleHandleA(LPCSTR name) noexcept;
-[[nodiscard]] HMODULE GetModuleHandleW(LPCWSTR name) noexcept;
 DWORD GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD capacity) noexcept;
 DWORD GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD capacity) noexcept;
 // An ordinal N (MAKEINTRESOURCEA) is the export "ordinal.N".
@@ -96,8 +82,6 @@ int LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int capacity) noexcept;
 // lies in the current directory.
 [[nodiscard]] UINT GetPrivateProfileIntA(LPCSTR section, LPCSTR key, INT missing,
                                          LPCSTR path) noexcept;
-DWORD GetPrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR missing, LPSTR buffer,
-                               DWORD capacity, LPCSTR path) noexcept;
 BOOL WritePrivateProfileStringA(LPCSTR section, LPCSTR key, LPCSTR value, LPCSTR path) noexcept;
 
 // Text. Code pages CP_ACP and CP_UTF8.
@@ -116,7 +100,6 @@ int GetTimeFormatA(LCID locale, DWORD flags, const SYSTEMTIME* time, LPCSTR form
 
 // Process and thread.
 [[nodiscard]] ULONGLONG GetTickCount64() noexcept;
-void Sleep(DWORD milliseconds) noexcept;
 [[nodiscard]] DWORD GetCurrentThreadId() noexcept;
 PVOID InterlockedExchangePointer(PVOID volatile* target, PVOID value) noexcept;
 DWORD GetEnvironmentVariableA(LPCSTR name, LPSTR buffer, DWORD capacity) noexcept;

@@ -13,9 +13,9 @@ namespace fs = std::filesystem;
 
 bool isSeparator(wchar_t character) { return character == L'/' || character == L'\\'; }
 
-std::string currentDirectory() {
-  char buffer[MAX_PATH] = {};
-  EXPECT_GT(GetCurrentDirectoryA(MAX_PATH, buffer), 0u);
+std::wstring currentDirectory() {
+  wchar_t buffer[MAX_PATH] = {};
+  EXPECT_GT(GetCurrentDirectoryW(MAX_PATH, buffer), 0u);
   return buffer;
 }
 
@@ -41,12 +41,10 @@ TEST_F(Directories, CurrentDirectoryIsSetAndTold) {
 
 TEST_F(Directories, BufferThatIsTooSmallTellsTheSizeWithTheNul) {
   const DWORD length = static_cast<DWORD>(currentDirectory().size());
-  char narrow[MAX_PATH] = {};
   wchar_t wide[MAX_PATH] = {};
-  EXPECT_EQ(GetCurrentDirectoryA(length + 1, narrow), length);
-  EXPECT_EQ(GetCurrentDirectoryA(length, narrow), length + 1);
-  EXPECT_EQ(GetCurrentDirectoryA(0, nullptr), length + 1);
+  EXPECT_EQ(GetCurrentDirectoryW(length + 1, wide), length);
   EXPECT_EQ(GetCurrentDirectoryW(length, wide), length + 1);
+  EXPECT_EQ(GetCurrentDirectoryW(0, nullptr), length + 1);
 }
 
 TEST_F(Directories, OnlyAFolderBecomesCurrent) {

@@ -51,17 +51,6 @@ TEST(PosixText, DefaultCharacterIsForTheAnsiCodePage) {
   EXPECT_EQ(lastError(), 87u);
 }
 
-TEST(PosixText, PartsOfAPathThatAreTooLongAreCut) {
-  const std::string longName(400, 'n');
-  char directory[_MAX_DIR], name[_MAX_FNAME], extension[_MAX_EXT];
-  _splitpath((longName + "/" + longName + "." + longName).c_str(), nullptr, directory, name,
-             extension);
-  EXPECT_EQ(std::string(directory), longName.substr(0, _MAX_DIR - 1));
-  EXPECT_EQ(std::string(name), longName.substr(0, _MAX_FNAME - 1));
-  EXPECT_EQ(extension[0], '.');
-  EXPECT_EQ(std::string(extension + 1), longName.substr(0, _MAX_EXT - 2));
-}
-
 TEST(PosixText, FormattedTextEndsAt1023Characters) {
   const std::string text(2000, 'a');
   char buffer[1100];
