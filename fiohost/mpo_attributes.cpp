@@ -156,13 +156,13 @@ std::string attributeHelp(const MpoAttribute& attribute) {
 
 void describe(const MpoAttribute& attribute, MpoRational value, host::MpoImageDesc& image) {
   // A packed record may lie anywhere, but a pointer to a member expects it at an even place.
-  alignas(u32) MpoAttributes attributes = image.attributes;
+  alignas(u32) MpoAttributes values = image.attributes;
   if (attribute.number != nullptr) {
-    attributes.*attribute.number = value.numerator;
+    values.*attribute.number = value.numerator;
   } else {
-    attributes.*attribute.ratio = value;
+    values.*attribute.ratio = value;
   }
-  image.attributes = attributes;
+  image.attributes = values;
   image.flags = image.flags | attribute.presence;
 }
 

@@ -29,9 +29,9 @@ std::uint64_t sizeOfReadable(const std::filesystem::path& path) {
 
 SourceFile::SourceFile(const std::string& name) : SourceFile(name, platform::systemPath(name)) {}
 
-SourceFile::SourceFile(std::string name, const std::filesystem::path& path)
+SourceFile::SourceFile(std::string name, std::filesystem::path path)
     : name_(std::move(name)),
-      path_(path),
+      path_(std::move(path)),
       wide_(platform::widePath(path_)),
       size_(sizeOfReadable(path_)) {}
 
