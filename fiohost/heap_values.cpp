@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "fiohost/failure.h"
+#include "fiohost/numbers.h"
 #include "fiohost/property_words.h"
 
 namespace fiohost {
@@ -40,18 +41,6 @@ Range rangeOf(u16 kind) {
   throw Failure("\"" + item.name + "\" cannot be set to \"" + text + "\"", advice);
 }
 
-bool isHex(const std::string& text) { return text.starts_with("0x") || text.starts_with("0X"); }
-
-std::optional<i64> parseInteger(const std::string& text) {
-  const bool hex = isHex(text);
-  const char* end = text.data() + text.size();
-  i64 number = 0;
-  const auto [stop, error] =
-      std::from_chars(text.data() + (hex ? 2 : 0), end, number, hex ? 16 : 10);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  return number;
-}
-
 u32 parseNumber(const Property& item, const std::string& text) {
   const Range range = rangeOf(item.valueKind);
   const std::optional<i64> number = parseInteger(text);
@@ -66,7 +55,7 @@ u32 parseNumber(const Property& item, const std::string& text) {
 }
 
 u32 parseReal(const Property& item, const std::string& text) {
-  if (isHex(text)) return parseNumber(item, text);
+  if (text.starts_with("0x") || text.starts_with("0X")) return parseNumber(item, text);
   const char* end = text.data() + text.size();
   float number = 0;
   const auto [stop, error] = std::from_chars(text.data(), end, number);
@@ -198,12 +187,9 @@ u32 secondsOf(const HeapValue& date) {
          (clock & 31) * 2;
 }
 
-std::string heapItemLine(const Property& item) {
-  constexpr std::size_t labelWidth = 30;
-  std::string label = item.name;
-  if (label.size() < labelWidth) label.resize(labelWidth, ' ');
+std::string heapItemText(const Property& item) {
   const std::optional<std::string> words = readable(item);
-  return "  " + label + " " + rawText(item) + (words ? "   (" + *words + ")" : "") + "\n";
+  return rawText(item) + (words ? "   (" + *words + ")" : "");
 }
 
 ordered_json heapItemInJson(const Property& item) {

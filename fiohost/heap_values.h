@@ -30,8 +30,8 @@ struct HeapValue {
 // The packed date as seconds since 1970, as if it were in universal time.
 [[nodiscard]] host::u32 secondsOf(const HeapValue& date);
 
-// One line of a list.
-[[nodiscard]] std::string heapItemLine(const Property& item);
+// The value as it is stored, and behind it in parentheses what it means where that differs.
+[[nodiscard]] std::string heapItemText(const Property& item);
 [[nodiscard]] nlohmann::ordered_json heapItemInJson(const Property& item);
 
 }  // namespace fiohost

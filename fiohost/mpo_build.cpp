@@ -27,7 +27,6 @@ constexpr u8 subCodeFullHd = 2;
 constexpr u8 subCodePanorama = 1;
 constexpr u8 subCodeStereo = 2;
 constexpr u8 subCodeMultiAngle = 3;
-constexpr MpoRational unknownRatio = {0xFFFFFFFF, 0xFFFFFFFF};
 
 struct Picture {
   SourceFile file;
@@ -43,18 +42,47 @@ u8 subCodeOf(BuildKind kind) {
   return kind == BuildKind::stereo ? subCodeStereo : subCodeMultiAngle;
 }
 
-// Viewpoints stand in a row at equal distances from the first, the base.
-MpoRational times(const std::optional<MpoRational>& step, u32 count) {
-  if (!step) return unknownRatio;
-  return {step->numerator * count, step->denominator};
+// The attribute as it was given, or added with the value that it has when it was not.
+GivenAttribute& entryOf(std::vector<GivenAttribute>& given, u32 presence, MpoRational absent) {
+  const auto found = std::find_if(given.begin(), given.end(), [presence](const auto& one) {
+    return one.attribute->presence == presence;
+  });
+  if (found != given.end()) return *found;
+  const auto all = mpoAttributes();
+  const auto row = std::find_if(all.begin(), all.end(), [presence](const MpoAttribute& attribute) {
+    return attribute.presence == presence;
+  });
+  given.push_back({&*row, {absent}});
+  return given.back();
 }
 
-void describeViewpoint(MpoImageDesc& image, u32 number, const BuildOptions& options) {
-  image.flags =
-      host::presenceBaseViewpoint | host::presenceConvergenceAngle | host::presenceBaselineLength;
-  image.attributes.baseViewpoint = 1;
-  image.attributes.convergenceAngle = times(options.convergence, number - 1);
-  image.attributes.baselineLength = times(options.baseline, number - 1);
+// One value is the step between neighbours that stand in a row from the first image on.
+void spreadStep(GivenAttribute& given, std::size_t imageCount) {
+  if (given.values.size() != 1 || isUnknown(given.values.front())) return;
+  const MpoRational step = given.values.front();
+  given.values.clear();
+  for (std::size_t i = 0; i < imageCount; ++i) {
+    const host::i64 numerator =
+        host::i64{static_cast<host::i32>(step.numerator)} * static_cast<host::i64>(i);
+    const MpoRational value = {static_cast<u32>(numerator), step.denominator};
+    if (std::abs(numerator) > 0x7FFFFFFF || !isInRange(*given.attribute, value)) {
+      throw Failure(
+          std::string(given.attribute->option) + " is too much for image " + std::to_string(i + 1),
+          "give each image its own value, with commas between them");
+    }
+    given.values.push_back(value);
+  }
+}
+
+// The attributes that the images get: those of viewpoints are there even when nobody knows them.
+std::vector<GivenAttribute> settledAttributes(const BuildOptions& options, std::size_t imageCount) {
+  std::vector<GivenAttribute> settled = options.attributes;
+  if (!hasViewpoints(options.kind)) return settled;
+  entryOf(settled, host::presenceBaseViewpoint, {1, 1});
+  for (const u32 presence : {host::presenceConvergenceAngle, host::presenceBaselineLength}) {
+    spreadStep(entryOf(settled, presence, unknownRatio), imageCount);
+  }
+  return settled;
 }
 
 bool fitsVga(const host::FileDataRecord& record) {
@@ -66,23 +94,35 @@ bool fitsVga(const host::FileDataRecord& record) {
 class Build {
  public:
   Build(const BuildOptions& options, std::vector<Picture>& pictures)
-      : options_(options), pictures_(pictures) {}
+      : options_(options),
+        attributes_(settledAttributes(options, pictures.size())),
+        pictures_(pictures) {}
 
   [[nodiscard]] u32 imageCount() const { return static_cast<u32>(pictures_.size()); }
 
   // number counts from 1.
   void describe(MpoImageDesc& image, u32 number) const {
     image.representative = number == 1 ? 1 : 0;
+    nameUniquely(image, number);
     if (options_.kind == BuildKind::largeThumbnail) {
       describeDependence(image, number);
       return;
     }
     image.typeClass = classMultiFrame;
     image.typeSubCode = subCodeOf(options_.kind);
-    if (hasViewpoints(options_.kind)) describeViewpoint(image, number, options_);
+    for (const GivenAttribute& given : attributes_) {
+      fiohost::describe(*given.attribute, given.at(number - 1), image);
+    }
   }
 
  private:
+  void nameUniquely(MpoImageDesc& image, u32 number) const {
+    if (options_.uniqueIds.empty()) return;
+    const std::string& id = options_.uniqueIds[number - 1];
+    std::copy(id.begin(), id.end(), image.uid);
+    image.flags = image.flags | host::presenceUniqueId;
+  }
+
   void describeDependence(MpoImageDesc& image, u32 number) const {
     if (number == 1) {
       image.dependentParent = 1;
@@ -98,6 +138,7 @@ class Build {
   }
 
   const BuildOptions& options_;
+  std::vector<GivenAttribute> attributes_;
   std::vector<Picture>& pictures_;
 };
 
@@ -207,6 +248,32 @@ SaveSettings settingsFor(const BuildOptions& options) {
   return settings;
 }
 
+bool isUsed(AttributeUse use, BuildKind kind) {
+  if (kind == BuildKind::largeThumbnail) return false;
+  if (use == AttributeUse::everyMultiFrame) return true;
+  return (use == AttributeUse::panorama) == (kind == BuildKind::panorama);
+}
+
+void checkAttribute(const GivenAttribute& given, std::size_t count, const BuildOptions& options) {
+  const std::string option = given.attribute->option;
+  if (!isUsed(given.attribute->use, options.kind)) {
+    throw Failure("pictures of this kind have no " + option, "leave it out");
+  }
+  if (given.values.size() != 1 && given.values.size() != count) {
+    throw Failure(option + " has " + std::to_string(given.values.size()) + " values for " +
+                      std::to_string(count) + " pictures",
+                  "give one for all or one each");
+  }
+  const auto sameTag = [](const GivenAttribute& other) {
+    return other.attribute->presence == host::presencePitchAngle;
+  };
+  if (given.attribute->presence == host::presenceRollAngle &&
+      std::any_of(options.attributes.begin(), options.attributes.end(), sameTag)) {
+    throw Failure("--roll and --pitch exclude each other",
+                  "the plug-in writes both under the pitch angle's tag");
+  }
+}
+
 void checkOptions(std::size_t count, const BuildOptions& options) {
   if (count < fewestBuilt || count > host::mpoMostImages) {
     throw Failure("a multi-picture file takes 2 to " + std::to_string(host::mpoMostImages) +
@@ -216,10 +283,12 @@ void checkOptions(std::size_t count, const BuildOptions& options) {
   if (options.kind == BuildKind::largeThumbnail && count > mostWithThumbnails) {
     throw Failure("a picture has at most two large thumbnails", "name fewer pictures");
   }
-  if (!hasViewpoints(options.kind) && (options.baseline || options.convergence)) {
-    throw Failure("pictures of this kind have no viewpoints",
-                  "leave out --baseline and --convergence");
+  if (!options.uniqueIds.empty() && options.uniqueIds.size() != count) {
+    throw Failure("there are " + std::to_string(count) + " pictures and " +
+                      std::to_string(options.uniqueIds.size()) + " unique IDs",
+                  "give each picture one");
   }
+  for (const GivenAttribute& given : options.attributes) checkAttribute(given, count, options);
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "fiohost/mpo_attributes.h"
 #include "fiohost/session.h"
-#include "host/mpo.h"
 
 namespace fiohost {
 
@@ -14,9 +14,8 @@ enum class BuildKind { stereo, panorama, multiAngle, largeThumbnail };
 
 struct BuildOptions {
   BuildKind kind = BuildKind::stereo;
-  // Between two neighbouring viewpoints; only for stereo and multi-angle pictures.
-  std::optional<host::MpoRational> baseline;     // metres
-  std::optional<host::MpoRational> convergence;  // degrees, signed
+  std::vector<GivenAttribute> attributes;
+  std::vector<std::string> uniqueIds;  // none or one for each image, of 32 hexadecimal digits
   std::optional<host::u32> quality;
   bool replace = false;  // an existing output
 };

@@ -1,9 +1,11 @@
 #include "fiohost/mpo_words.h"
 
-#include <array>
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <optional>
 
+#include "fiohost/mpo_attributes.h"
 #include "fiohost/picture_info.h"
 #include "fiohost/picture_words.h"
 
@@ -14,94 +16,36 @@ using host::MpoAttributes;
 using host::MpoRational;
 using nlohmann::ordered_json;
 
-// Attributes that are numbers, and those that are fractions (CIPA DC-007, 5.2.4).
-struct NumberRow {
-  const char* key;
-  const char* words;
-  host::u32 presence;
-  host::u32 MpoAttributes::*value;
-};
-
-struct RatioRow {
-  const char* key;
-  const char* words;
-  host::u32 presence;
-  MpoRational MpoAttributes::*value;
-  bool isSigned;
-};
-
-constexpr std::array numberRows = {
-    NumberRow{"panOrientation", "Panorama orientation", host::presencePanOrientation,
-              &MpoAttributes::panOrientation},
-    NumberRow{"baseViewpoint", "Base viewpoint", host::presenceBaseViewpoint,
-              &MpoAttributes::baseViewpoint},
-};
-
-constexpr std::array ratioRows = {
-    RatioRow{"panOverlapHorizontal", "Horizontal overlap", host::presencePanOverlapHorizontal,
-             &MpoAttributes::panOverlapHorizontal, false},
-    RatioRow{"panOverlapVertical", "Vertical overlap", host::presencePanOverlapVertical,
-             &MpoAttributes::panOverlapVertical, false},
-    RatioRow{"convergenceAngle", "Convergence angle", host::presenceConvergenceAngle,
-             &MpoAttributes::convergenceAngle, true},
-    RatioRow{"baselineLength", "Baseline length", host::presenceBaselineLength,
-             &MpoAttributes::baselineLength, false},
-    RatioRow{"verticalDivergence", "Vertical divergence", host::presenceVerticalDivergence,
-             &MpoAttributes::verticalDivergence, true},
-    RatioRow{"axisDistanceX", "Axis distance X", host::presenceAxisDistanceX,
-             &MpoAttributes::axisDistanceX, true},
-    RatioRow{"axisDistanceY", "Axis distance Y", host::presenceAxisDistanceY,
-             &MpoAttributes::axisDistanceY, true},
-    RatioRow{"axisDistanceZ", "Axis distance Z", host::presenceAxisDistanceZ,
-             &MpoAttributes::axisDistanceZ, true},
-    RatioRow{"yawAngle", "Yaw angle", host::presenceYawAngle, &MpoAttributes::yawAngle, true},
-    RatioRow{"pitchAngle", "Pitch angle", host::presencePitchAngle, &MpoAttributes::pitchAngle,
-             true},
-    RatioRow{"rollAngle", "Roll angle", host::presenceRollAngle, &MpoAttributes::rollAngle, true},
-};
-
-// A fraction's two words as the numbers that its tag's type makes of them.
-struct Fraction {
-  host::i64 numerator;
-  host::i64 denominator;
-  bool unknown;  // recorded as such: all bits set
-
-  // None for a value that is recorded as unknown.
-  [[nodiscard]] std::optional<double> value() const {
-    if (unknown || denominator == 0) return std::nullopt;
-    return static_cast<double>(numerator) / static_cast<double>(denominator);
-  }
-};
-
-// Packed members have no references, so the fraction is taken by value.
-Fraction fractionOf(MpoRational ratio, bool isSigned) {
-  const bool unknown = ratio.numerator == 0xFFFFFFFF && ratio.denominator == 0xFFFFFFFF;
-  if (!isSigned) return {ratio.numerator, ratio.denominator, unknown};
-  return {static_cast<host::i32>(ratio.numerator), static_cast<host::i32>(ratio.denominator),
-          unknown};
-}
+using host::u32;
 
 // Reading gives the horizontal overlap without its flag; its denominator tells that it is there.
-bool isPresent(const RatioRow& row, const host::MpoEntry& entry) {
-  if (row.presence == host::presencePanOverlapHorizontal) {
+bool isPresent(const MpoAttribute& attribute, const host::MpoEntry& entry) {
+  if (attribute.presence == host::presencePanOverlapHorizontal) {
     return entry.attributes.panOverlapHorizontal.denominator != 0;
   }
-  return (entry.flags & row.presence) != 0;
+  return (entry.flags & attribute.presence) != 0;
 }
 
-std::string fractionText(const Fraction& fraction) {
-  const std::string stored =
-      std::to_string(fraction.numerator) + "/" + std::to_string(fraction.denominator);
-  const std::optional<double> value = fraction.value();
+std::string wordText(u32 word, bool isSigned) {
+  return isSigned ? std::to_string(static_cast<host::i32>(word)) : std::to_string(word);
+}
+
+std::string fractionText(MpoRational ratio, bool isSigned) {
+  const std::optional<double> value = valueOf(ratio, isSigned);
   char text[48] = "unknown";
   if (value) std::snprintf(text, sizeof text, "%.6g", *value);
-  return stored + " (" + text + ")";
+  return wordText(ratio.numerator, isSigned) + "/" + wordText(ratio.denominator, isSigned) + " (" +
+         text + ")";
 }
 
-ordered_json fractionInJson(const Fraction& fraction) {
-  const std::optional<double> value = fraction.value();
-  return {{"numerator", fraction.numerator},
-          {"denominator", fraction.denominator},
+ordered_json wordInJson(u32 word, bool isSigned) {
+  return isSigned ? ordered_json(static_cast<host::i32>(word)) : ordered_json(word);
+}
+
+ordered_json fractionInJson(MpoRational ratio, bool isSigned) {
+  const std::optional<double> value = valueOf(ratio, isSigned);
+  return {{"numerator", wordInJson(ratio.numerator, isSigned)},
+          {"denominator", wordInJson(ratio.denominator, isSigned)},
           {"value", value ? ordered_json(*value) : ordered_json(nullptr)}};
 }
 
@@ -112,31 +56,45 @@ std::string attributeLine(const std::string& name, const std::string& value) {
   return line + value + "\n";
 }
 
+// A packed record may lie anywhere, but a pointer to a member expects it at an even place.
+struct alignas(u32) Attributes {
+  explicit Attributes(const host::MpoEntry& entry) : values(entry.attributes) {}
+  MpoAttributes values;
+};
+
 std::string attributesInWords(const host::MpoEntry& entry) {
-  const MpoAttributes attributes = entry.attributes;
+  const Attributes attributes(entry);
   std::string text;
-  for (const NumberRow& row : numberRows) {
-    if ((entry.flags & row.presence) == 0) continue;
-    text += attributeLine(row.words, std::to_string(attributes.*row.value));
-  }
-  for (const RatioRow& row : ratioRows) {
-    if (!isPresent(row, entry)) continue;
-    text += attributeLine(row.words, fractionText(fractionOf(attributes.*row.value, row.isSigned)));
+  for (const MpoAttribute& attribute : mpoAttributes()) {
+    if (!isPresent(attribute, entry)) continue;
+    text += attributeLine(attribute.words, attribute.number != nullptr
+                                               ? std::to_string(attributes.values.*attribute.number)
+                                               : fractionText(attributes.values.*attribute.ratio,
+                                                              attribute.isSigned));
   }
   return text;
 }
 
 ordered_json attributesInJson(const host::MpoEntry& entry) {
-  const MpoAttributes attributes = entry.attributes;
+  const Attributes attributes(entry);
   ordered_json object = ordered_json::object();
-  for (const NumberRow& row : numberRows) {
-    if ((entry.flags & row.presence) != 0) object[row.key] = host::u32{attributes.*row.value};
-  }
-  for (const RatioRow& row : ratioRows) {
-    if (!isPresent(row, entry)) continue;
-    object[row.key] = fractionInJson(fractionOf(attributes.*row.value, row.isSigned));
+  for (const MpoAttribute& attribute : mpoAttributes()) {
+    if (!isPresent(attribute, entry)) continue;
+    if (attribute.number != nullptr) {
+      object[attribute.key] = u32{attributes.values.*attribute.number};
+    } else {
+      object[attribute.key] =
+          fractionInJson(attributes.values.*attribute.ratio, attribute.isSigned);
+    }
   }
   return object;
+}
+
+// The 33 bytes end with a NUL (CIPA DC-007, 5.2.3.4).
+std::optional<std::string> uniqueIdOf(const host::MpoEntry& entry) {
+  if ((entry.flags & host::presenceUniqueId) == 0) return std::nullopt;
+  return std::string(std::begin(entry.uid),
+                     std::find(std::begin(entry.uid), std::end(entry.uid), '\0'));
 }
 
 // The images that this one names, by their numbers. An independent image names its dependents by
@@ -181,12 +139,14 @@ std::string imageInWords(const ListedImage& image) {
   if (entry.imageNumber >= 0) {
     text += attributeLine("Individual number", std::to_string(host::i64{entry.imageNumber} + 1));
   }
+  if (const auto id = uniqueIdOf(entry)) text += attributeLine("Unique ID", *id);
   return text + attributesInWords(entry);
 }
 
 ordered_json imageInJson(const ListedImage& image) {
   const host::MpoEntry& entry = image.entry;
   const bool numbered = entry.imageNumber >= 0;
+  const std::optional<std::string> uniqueId = uniqueIdOf(entry);
   return {{"number", image.number},
           {"width", host::u32{entry.image.width}},
           {"height", host::u32{entry.image.height}},
@@ -200,6 +160,7 @@ ordered_json imageInJson(const ListedImage& image) {
           {"dependents", dependentsOf(entry)},
           {"individualNumber",
            numbered ? ordered_json(host::i64{entry.imageNumber} + 1) : ordered_json(nullptr)},
+          {"uniqueId", uniqueId ? ordered_json(*uniqueId) : ordered_json(nullptr)},
           {"attributes", attributesInJson(entry)}};
 }
 

@@ -1,6 +1,7 @@
 #include "fiohost/source_file.h"
 
 #include <fstream>
+#include <utility>
 
 #include "fiohost/failure.h"
 #include "platform/console/console.h"
@@ -26,9 +27,11 @@ std::uint64_t sizeOfReadable(const std::filesystem::path& path) {
 
 }  // namespace
 
-SourceFile::SourceFile(const std::string& name)
-    : name_(name),
-      path_(platform::systemPath(name)),
+SourceFile::SourceFile(const std::string& name) : SourceFile(name, platform::systemPath(name)) {}
+
+SourceFile::SourceFile(std::string name, std::filesystem::path path)
+    : name_(std::move(name)),
+      path_(std::move(path)),
       wide_(platform::widePath(path_)),
       size_(sizeOfReadable(path_)) {}
 

@@ -11,6 +11,8 @@ class SourceFile {
  public:
   // Throws Failure when the name is no readable file.
   explicit SourceFile(const std::string& name);
+  // A file at path that stands for the one that the user named. Throws as above.
+  SourceFile(std::string name, std::filesystem::path path);
 
   [[nodiscard]] const std::string& name() const noexcept { return name_; }  // as given
   [[nodiscard]] const std::filesystem::path& path() const noexcept { return path_; }

@@ -150,6 +150,7 @@ enum MpoPresence : u32 {
   presenceYawAngle = 0x00200000,
   presencePitchAngle = 0x00100000,
   presenceRollAngle = 0x00080000,
+  presenceUniqueId = 0x00040000,  // when writing: on the first image, for all of them
 };
 
 // What the host's request callback is called for.

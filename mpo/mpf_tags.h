@@ -46,7 +46,7 @@ struct MpfTag {
 // flags: presence bits of the image that the IFD describes (for the index, of the first image).
 [[nodiscard]] bool isWritten(const MpfTag& row, MpfIfd ifd, host::u32 flags) noexcept;
 
-inline constexpr host::u32 mpfUidListFlag = 0x00040000;
+inline constexpr host::u32 mpfUidListFlag = host::presenceUniqueId;
 
 // Sizes of the records in the segment.
 inline constexpr host::u32 mpfSignatureSize = 4;    // "MPF" and a NUL

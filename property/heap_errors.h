@@ -1,7 +1,7 @@
 // How the camera-data heap reports that memory could not be had.
 #pragma once
 
-#include "frame/error_report.h"
+#include "host/types.h"
 
 namespace property {
 
@@ -16,10 +16,7 @@ enum class HeapMemory : host::i32 {
   writtenHeap,
 };
 
-inline void reportHeapMemory(HeapMemory place) noexcept {
-  constexpr host::i32 firstPosition = 540;
-  const auto number = static_cast<host::i32>(place);
-  frame::reportError(host::errorMemoryOrOutput, {870, 873, number}, firstPosition + number);
-}
+// Whoever holds a heap says how: the plug-in tells its host (heap_errors.cpp).
+void reportHeapMemory(HeapMemory place) noexcept;
 
 }  // namespace property

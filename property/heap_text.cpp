@@ -153,14 +153,6 @@ u32 unknownRowCount(const ParsedHeap& heap, i32 index) noexcept {
   }
 }
 
-void appendLabels(HMODULE resources, u16 itemString, Formatted& formatted) {
-  for (const HeapLabel& label : heapLabelsOf(itemString)) {
-    if ((formatted.number & label.mask) == label.match) {
-      formatted.text += loadText(resources, label.string);
-    }
-  }
-}
-
 }  // namespace
 
 u16 heapRecordName(const HeapRecord& record) noexcept {
@@ -172,6 +164,14 @@ u32 heapRowCount(const ParsedHeap& heap, i32 index) noexcept {
   if (hasSubHeapType(record.tag)) return 0;
   return record.row == heapUnknownRow ? unknownRowCount(heap, index)
                                       : u32{heapRow(record.row).itemCount};
+}
+
+std::string heapLabels(HMODULE resources, const HeapItem& item, u32 number) {
+  std::string text;
+  for (const HeapLabel& label : heapLabelsOf(item.string())) {
+    if ((number & label.mask) == label.match) text += loadText(resources, label.string);
+  }
+  return text;
 }
 
 std::optional<HeapItemText> formatHeapRow(const ParsedHeap& heap, i32 index, u32 row,
@@ -186,7 +186,9 @@ std::optional<HeapItemText> formatHeapRow(const ParsedHeap& heap, i32 index, u32
   auto formatted = record.row == heapHeaderRow ? formatHeaderItem(heap, item)
                                                : formatItem(heap, index, item, use);
   if (!formatted) return std::nullopt;
-  if (use == HeapTextUse::display) appendLabels(heap.resources(), item.string(), *formatted);
+  if (use == HeapTextUse::display) {
+    formatted->text += heapLabels(heap.resources(), item, formatted->number);
+  }
   return HeapItemText{item.nameString(), formatted->kind, std::move(formatted->text)};
 }
 

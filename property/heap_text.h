@@ -26,6 +26,10 @@ struct HeapItemText {
 // many elements as an unknown record has. None for a sub-heap.
 [[nodiscard]] host::u32 heapRowCount(const ParsedHeap& heap, host::i32 index) noexcept;
 
+// The texts of the labels that apply to an item's value, one behind the other: "" for most. Each
+// begins with a blank. number: the value, texts as their little-endian number.
+[[nodiscard]] std::string heapLabels(HMODULE resources, const HeapItem& item, host::u32 number);
+
 // The text of one row; for display with the labels that apply to the value. None for an item that
 // is skipped or lies beyond its value. Dates are the locale's for display, as of readHeapDate() for
 // editing.

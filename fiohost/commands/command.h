@@ -45,6 +45,7 @@ std::unique_ptr<Command> makeFormatsCommand();
 std::unique_ptr<Command> makeHeapCommand();
 std::unique_ptr<Command> makeInfoCommand();
 std::unique_ptr<Command> makeMpoCommand();
+std::unique_ptr<Command> makeMpoBuildCommand();  // a part of the one before
 std::unique_ptr<Command> makePropertiesCommand();
 std::unique_ptr<Command> makeReadCommand();
 std::unique_ptr<Command> makeSettingsCommand();

@@ -3,6 +3,7 @@
 #include "fiohost/convert_picture.h"
 #include "fiohost/describe.h"
 #include "fiohost/heap_edits.h"
+#include "fiohost/heap_tree.h"
 
 namespace fiohost {
 namespace {
@@ -42,14 +43,8 @@ class HeapCommand : public Command {
     const SourceFile file(name);
     const Described described = describeFile(session, file);
     session.plugin.loadProperties(described.fileData.handle());
-    const std::vector<Property> items = heapItems(session, described.fileData);
-    if (items.empty()) throw Failure("this file has no camera data", "there is nothing to list");
-    FileResult result = {name + "\n", {{"file", name}, {"values", ordered_json::array()}}};
-    for (const Property& item : items) {
-      result.words += heapItemLine(item);
-      result.json["values"].push_back(heapItemInJson(item));
-    }
-    return result;
+    HeapListing listing = listHeap(session, described.fileData);
+    return {name + "\n" + listing.words, {{"file", name}, {"heap", std::move(listing.json)}}};
   }
 
   FileResult save(const Session& session, const std::string& name) const {

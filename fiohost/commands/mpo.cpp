@@ -1,25 +1,17 @@
 #include <algorithm>
-#include <charconv>
 #include <iostream>
 #include <set>
 
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
-#include "fiohost/mpo_build.h"
 #include "fiohost/mpo_extract.h"
 #include "fiohost/mpo_words.h"
+#include "fiohost/numbers.h"
 
 namespace fiohost {
 namespace {
 
 using nlohmann::ordered_json;
-
-template <typename Number>
-bool parseWhole(std::string_view text, Number& number) {
-  const char* end = text.data() + text.size();
-  const auto [stopped, error] = std::from_chars(text.data(), end, number);
-  return error == std::errc() && stopped == end;
-}
 
 class MpoInfoCommand : public Command {
  public:
@@ -46,11 +38,9 @@ std::optional<std::set<host::u32>> parseNumbers(const std::string& text) {
   if (text == "all") return numbers;
   for (std::size_t start = 0; start <= text.size();) {
     const std::size_t comma = std::min(text.find(',', start), text.size());
-    host::u32 number = 0;
-    if (!parseWhole(std::string_view(text).substr(start, comma - start), number) || number == 0) {
-      return std::nullopt;
-    }
-    numbers.insert(number);
+    const auto number = parseInteger(std::string_view(text).substr(start, comma - start));
+    if (!number || *number < 1 || *number > 0xFFFFFFFF) return std::nullopt;
+    numbers.insert(static_cast<host::u32>(*number));
     start = comma + 1;
   }
   return numbers;
@@ -145,104 +135,15 @@ class MpoExtractCommand : public Command {
   bool json_ = false;
 };
 
-// "NUM/DEN"; only a signed one may be negative.
-std::optional<host::MpoRational> parseRatio(const std::string& text, bool isSigned) {
-  const std::size_t slash = text.find('/');
-  host::i64 numerator = 0;
-  host::i64 denominator = 0;
-  if (slash == std::string::npos || !parseWhole(text.substr(0, slash), numerator) ||
-      !parseWhole(text.substr(slash + 1), denominator)) {
-    return std::nullopt;
-  }
-  constexpr host::i64 largest = 0x7FFFFFFF / host::mpoMostImages;  // it is multiplied by numbers
-  if (numerator > largest || numerator < (isSigned ? -largest : 0)) return std::nullopt;
-  if (denominator < 1 || denominator > 0x7FFFFFFF) return std::nullopt;
-  return host::MpoRational{static_cast<host::u32>(numerator), static_cast<host::u32>(denominator)};
-}
-
-std::string checkBaseline(const std::string& text) {
-  return parseRatio(text, false) ? "" : "--baseline takes metres such as 77/1000, not " + text;
-}
-
-std::string checkConvergence(const std::string& text) {
-  return parseRatio(text, true) ? "" : "--convergence takes degrees such as -3/2, not " + text;
-}
-
-struct KindName {
-  const char* name;
-  BuildKind kind;
-};
-constexpr KindName kindNames[] = {{"stereo", BuildKind::stereo},
-                                  {"panorama", BuildKind::panorama},
-                                  {"multi-angle", BuildKind::multiAngle},
-                                  {"large-thumbnail", BuildKind::largeThumbnail}};
-
-std::string checkKind(const std::string& text) {
-  for (const KindName& kind : kindNames) {
-    if (text == kind.name) return "";
-  }
-  return "--kind is one of stereo, panorama, multi-angle and large-thumbnail, not " + text;
-}
-
-class MpoBuildCommand : public Command {
- public:
-  void declare(CLI::App& arguments) override {
-    arguments.add_option("IMG", pictures_, "JPEG files, the first image first")->required();
-    arguments.add_option("-o,--output", output_, "the MPO file to write")->required();
-    arguments.add_option("--kind", kind_, "stereo, panorama, multi-angle or large-thumbnail")
-        ->required()
-        ->check(&checkKind);
-    arguments
-        .add_option("--baseline", baseline_, "metres between neighbouring viewpoints, NUM/DEN")
-        ->check(&checkBaseline);
-    arguments
-        .add_option("--convergence", convergence_,
-                    "degrees between neighbouring viewpoints, NUM/DEN")
-        ->check(&checkConvergence);
-    arguments.add_option("--quality", quality_, "1 to 100")->check(CLI::Range(1, 100));
-    arguments.add_flag("--force", options_.replace, "replace an existing output");
-    arguments.add_flag("--json", json_, "print JSON");
-  }
-
-  ExitCode run(const Session& session) override {
-    takeOptions();
-    return serveFiles({output_}, json_, [&](const std::string& name) {
-      const host::u64 size = buildMpo(session, pictures_, name, options_);
-      return FileResult{
-          std::to_string(pictures_.size()) + " images -> " + name + ", " + std::to_string(size) +
-              " bytes\n",
-          {{"output", name}, {"kind", kind_}, {"images", pictures_.size()}, {"bytes", size}}};
-    });
-  }
-
- private:
-  void takeOptions() {
-    options_.kind =
-        std::find_if(std::begin(kindNames), std::end(kindNames), [this](const KindName& kind) {
-          return kind_ == kind.name;
-        })->kind;
-    if (!baseline_.empty()) options_.baseline = parseRatio(baseline_, false);
-    if (!convergence_.empty()) options_.convergence = parseRatio(convergence_, true);
-    if (quality_ != 0) options_.quality = quality_;
-  }
-
-  std::vector<std::string> pictures_;
-  std::string output_;
-  std::string kind_;
-  std::string baseline_;
-  std::string convergence_;
-  host::u32 quality_ = 0;
-  bool json_ = false;
-  BuildOptions options_;
-};
-
 class MpoCommand : public Command {
  public:
   void declare(CLI::App& arguments) override {
     arguments.require_subcommand(1);
-    add<MpoInfoCommand>(arguments, "info", "tell the images of multi-picture files");
-    add<MpoExtractCommand>(arguments, "extract", "write a file's images to files of their own");
-    add<MpoBuildCommand>(arguments, "build", "make a multi-picture file of JPEG files");
+    add(arguments, "info", "tell the images of multi-picture files",
+        std::make_unique<MpoInfoCommand>());
+    add(arguments, "extract", "write a file's images to files of their own",
+        std::make_unique<MpoExtractCommand>());
+    add(arguments, "build", "make a multi-picture file of JPEG files", makeMpoBuildCommand());
   }
 
   ExitCode run(const Session& session) override {
@@ -257,9 +158,9 @@ class MpoCommand : public Command {
     std::unique_ptr<Command> command;
   };
 
-  template <typename Kind>
-  void add(CLI::App& arguments, const char* name, const char* summary) {
-    parts_.push_back({arguments.add_subcommand(name, summary), std::make_unique<Kind>()});
+  void add(CLI::App& arguments, const char* name, const char* summary,
+           std::unique_ptr<Command> command) {
+    parts_.push_back({arguments.add_subcommand(name, summary), std::move(command)});
     parts_.back().command->declare(*parts_.back().arguments);
   }
 

@@ -4,6 +4,7 @@
 #include "fiohost/extract.h"
 #include "fiohost/output_file.h"
 #include "fiohost/property_words.h"
+#include "fiohost/temporary_image.h"
 
 namespace fiohost {
 namespace {
@@ -24,6 +25,10 @@ class PropertiesCommand : public Command {
     arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
     arguments.add_flag("--raw", raw_, "fractions and bytes as they are stored");
+    arguments
+        .add_option("--image", image_,
+                    "an image of a multi-picture file, by its number in \"mpo info\"")
+        ->check(CLI::Range(1U, host::mpoMostImages));
     auto* output = arguments.add_option("-o,--output", output_, "the file to extract to");
     auto* extract = arguments.add_option("--extract", extract_, "write one block to a file")
                         ->check(CLI::IsMember(extractNames()));
@@ -41,10 +46,22 @@ class PropertiesCommand : public Command {
  private:
   FileResult serve(const Session& session, const std::string& name) {
     const SourceFile file(name);
+    return image_ == 0 ? serveFile(session, file) : serveImage(session, file);
+  }
+
+  FileResult serveImage(const Session& session, const SourceFile& file) {
+    const TemporaryImage image(session, file, image_);
+    FileResult result = serveFile(session, image.source());
+    result.words.insert(file.name().size(), ", image " + std::to_string(image_));
+    result.json["image"] = image_;
+    return result;
+  }
+
+  FileResult serveFile(const Session& session, const SourceFile& file) {
     const Described described = describeFile(session, file);
     session.plugin.loadProperties(described.fileData.handle());
     const std::vector<Property> properties = readProperties(session, described.fileData);
-    return extract_.empty() ? list(name, described, properties)
+    return extract_.empty() ? list(file.name(), described, properties)
                             : extract(session, file, properties);
   }
 
@@ -83,6 +100,7 @@ class PropertiesCommand : public Command {
   std::vector<std::string> files_;
   std::string output_;
   std::string extract_;
+  host::u32 image_ = 0;  // 0: the file as it stands
   bool json_ = false;
   bool raw_ = false;
 };

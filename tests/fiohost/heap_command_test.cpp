@@ -43,9 +43,22 @@ class HeapCommandTest : public ProgramTest {
                                    .xmp(support::bytesOf("<x/>"))
                                    .build());
   }
+  // The values of a record and of those inside it, in the order of the list.
+  static void collect(const nlohmann::json& record, nlohmann::json& values) {
+    for (const auto& value : record["values"]) values.push_back(value);
+    if (!record.contains("records")) return;
+    for (const auto& inside : record["records"]) collect(inside, values);
+  }
+  [[nodiscard]] nlohmann::json heapOf(const std::string& picture) const {
+    return runForJson({"heap", picture, "--json"}).at(0)["heap"];
+  }
+  [[nodiscard]] nlohmann::json allValues(const std::string& picture) const {
+    nlohmann::json values;
+    collect(heapOf(picture), values);
+    return values;
+  }
   [[nodiscard]] nlohmann::json item(const std::string& picture, const std::string& name) const {
-    const nlohmann::json listed = runForJson({"heap", picture, "--json"});
-    for (const auto& value : listed.at(0)["values"]) {
+    for (const auto& value : allValues(picture)) {
       if (value["name"] == name) return value;
     }
     ADD_FAILURE() << name << " is not listed";
@@ -93,6 +106,85 @@ TEST_F(HeapCommandTest, ListsEveryKindOfValueInBothByteOrders) {
     EXPECT_EQ(item("in.jpg", "Date and time")["readable"], "2000-10-27 12:00:00");
   }
   EXPECT_THAT(run({"heap", "in.jpg"}).out, HasSubstr("0x3FC00000   (1.5)"));
+}
+
+TEST_F(HeapCommandTest, ListsTheTreeWithNamesRawValuesAndLabels) {
+  ModelHeap heap = smallHeap();
+  heap.records.push_back({0x3002, {}, {{0x5011, test::numbers16({1, 0, 0, 0})}}});
+  heap.records.push_back({0x0816, {}});
+  addHeap(heap);
+  EXPECT_EQ(run({"heap", "in.jpg"}).out,
+            "in.jpg\n"
+            "  Camera data\n"
+            "    Byte order                        II (little-endian)\n"
+            "    Header length                     26\n"
+            "    Type                              HEAP (heap)\n"
+            "    Subtype                           JPGM (JPEG with camera data)\n"
+            "    Version                           65537\n"
+            "    Image specification\n"
+            "      Image width                     640\n"
+            "      Image height                    480\n"
+            "      Pixel aspect ratio              0x3FC00000   (1.5)\n"
+            "      Rotation angle                  0\n"
+            "      Component bit depth             8\n"
+            "      Colour bit depth                24\n"
+            "      Colour or monochrome            1 colour (high byte 0)\n"
+            "    Target image type                 7\n"
+            "    Captured time\n"
+            "      Date and time                   0x6000295B   (2000-10-27 12:00:00)\n"
+            "      Time zone code                  0\n"
+            "      Time zone information           0\n"
+            "    Camera\n"
+            "      Owner name                      The Owner\n"
+            "      Model name\n"
+            "        Manufacturer                  Maker\n"
+            "        Model                         Model X\n"
+            "    Unknown record 0x0FFF\n"
+            "      1                               of nobody\n"
+            "    Shooting record\n"
+            "      Release timing                  1 (priority on the focus)\n"
+            "    Image file name\n");
+}
+
+TEST_F(HeapCommandTest, JsonNestsRecordsAsTheHeapDoes) {
+  ModelHeap heap = smallHeap();
+  heap.records.push_back({0x3002, {}, {{0x5011, test::numbers16({1, 0, 0, 0})}}});
+  for (const bool bigEndian : {false, true}) {
+    heap.bigEndian = bigEndian;
+    addHeap(heap);
+    const nlohmann::json tree = heapOf("in.jpg");
+    EXPECT_EQ(tree["name"], "Camera data");
+    EXPECT_EQ(tree["tag"], nullptr);
+    EXPECT_EQ(tree["values"][0]["value"], bigEndian ? "MM" : "II");
+    EXPECT_EQ(tree["values"][0]["label"], bigEndian ? "(big-endian)" : "(little-endian)");
+    ASSERT_EQ(tree["records"].size(), 6U);
+    const nlohmann::json& unknown = tree["records"][4];
+    EXPECT_EQ(unknown["tag"], "0x0FFF");
+    EXPECT_EQ(unknown["values"][0]["value"], "of nobody");
+    EXPECT_EQ(unknown["bytes"], 10);
+    const nlohmann::json& shooting = tree["records"][5];
+    EXPECT_EQ(shooting["name"], "Shooting record");
+    EXPECT_TRUE(shooting["values"].empty());
+    ASSERT_EQ(shooting["records"].size(), 1U);
+    const nlohmann::json& timing = shooting["records"][0]["values"][0];
+    EXPECT_EQ(timing["value"], 1);
+    EXPECT_EQ(timing["label"], "(priority on the focus)");
+    EXPECT_EQ(tree["records"][1]["values"][0]["label"], nullptr);
+    EXPECT_FALSE(tree["records"][1].contains("records"));
+  }
+}
+
+TEST_F(HeapCommandTest, AHeapOfUnknownRecordsIsListedAndADamagedOneIsToldSo) {
+  ModelHeap heap;
+  heap.records = {{0x0FFF, test::texts({"of nobody"})}};
+  addHeap(heap);
+  EXPECT_EQ(heapOf("in.jpg")["records"][0]["values"][0]["value"], "of nobody");
+  support::Bytes bytes = heap.build();
+  bytes.back() = 0xFF;
+  writeBytes(file("in.jpg"), JpegBuilder().cameraHeap(bytes).build());
+  const ProcessResult damaged = run({"heap", "in.jpg"});
+  EXPECT_EQ(damaged.exitCode, 1);
+  EXPECT_THAT(damaged.err, HasSubstr("the camera data is damaged"));
 }
 
 TEST_F(HeapCommandTest, SetValuesAreWhatTheHeapHoldsThen) {
@@ -234,12 +326,12 @@ TEST_F(HeapCommandTest, ARealFileTakesANewOwner) {
     return;
   }
   writeBytes(file("in.jpg"), readBytes(real));
-  nlohmann::json expected = runForJson({"heap", "in.jpg", "--json"}).at(0)["values"];
+  nlohmann::json expected = allValues("in.jpg");
   set("Owner name=A longer name than before");
   for (auto& value : expected) {
     if (value["name"] == "Owner name") value["value"] = "A longer name than before";
   }
-  EXPECT_EQ(runForJson({"heap", "out.jpg", "--json"}).at(0)["values"], expected);
+  EXPECT_EQ(allValues("out.jpg"), expected);
   EXPECT_EQ(item("out.jpg", "Owner name")["value"], "A longer name than before");
 }
 #endif

@@ -5,6 +5,7 @@
 
 #include "property/property_record.h"
 #include "tests/exif/exif_test.h"
+#include "tests/heap/heap_model.h"
 
 namespace {
 
@@ -109,6 +110,22 @@ TEST_F(JpegScan, NotedSegmentsAreDecodedExifFirst) {
   EXPECT_EQ(ids(), (std::vector{3999, 4009, 5601}));
   EXPECT_EQ(number(810), 1u) << "scanned";
   EXPECT_EQ(storedFields(out)[0].descriptor.scanComplete, 1);
+}
+
+// The parts lie in the file the other way round.
+TEST_F(MetadataScan, ExifComesFirstThenTheHeapThenIptc) {
+  const Bytes heap = ModelHeap{false, {{0x0816, texts({"IMG.JPG"})}}}.build();
+  const TemporaryFile file("stages_test.bin",
+                           support::joined(photoshop(), support::joined(heap, exifBytes_)));
+  const auto iptcSize = static_cast<host::u32>(photoshop().size());
+  const auto heapSize = static_cast<host::u32>(heap.size());
+  tag(0x4750454A);
+  path(file.path());
+  note(798, 802, 806, {0, iptcSize});
+  note(774, 778, 782, {iptcSize, heapSize});
+  note(786, 790, 794, {iptcSize + heapSize, static_cast<host::u32>(exifBytes_.size())});
+  EXPECT_EQ(scan(), 1);
+  EXPECT_EQ(ids(), (std::vector{3999, 4009, 5000, 2201 + 2834, 5601}));
 }
 
 TEST_F(JpegScan, WithoutAnOutPlaceTheResultIsOneAllTheSame) {
