@@ -1,0 +1,54 @@
+// What every fuzz target stands on: one call for one input, after which nothing may be left behind.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+
+#include "fiohost/session.h"
+
+namespace fuzz {
+
+using Bytes = std::span<const std::uint8_t>;
+
+// The open host with the built plug-in and companions, made at the first call. Settings lie in a
+// file of this process's own.
+[[nodiscard]] const fiohost::Session& session();
+
+// A folder of this process's own, which is removed when it ends.
+[[nodiscard]] const std::filesystem::path& scratchFolder();
+
+// The input as a file of the scratch folder: name is its name there. Answers its full path.
+std::filesystem::path writeInput(const char* name, Bytes input);
+
+// Ends the process with a report when blocks, locks, files, mappings or views are left behind, or
+// the current directory has changed, between construction and destruction.
+class NothingLeft {
+ public:
+  NothingLeft();
+  NothingLeft(const NothingLeft&) = delete;
+  NothingLeft& operator=(const NothingLeft&) = delete;
+  ~NothingLeft();
+
+ private:
+  struct State;
+  State* before_;
+};
+
+// A property record that a parser fills; freed with its blocks as a host would do it.
+class PropertySlot {
+ public:
+  PropertySlot() = default;
+  PropertySlot(const PropertySlot&) = delete;
+  PropertySlot& operator=(const PropertySlot&) = delete;
+  ~PropertySlot();
+
+  [[nodiscard]] HGLOBAL* address() noexcept { return &handle_; }
+  [[nodiscard]] HGLOBAL handle() const noexcept { return handle_; }
+
+ private:
+  HGLOBAL handle_ = nullptr;
+};
+
+}  // namespace fuzz
