@@ -50,11 +50,6 @@ std::string whyDropped(const JpegSegment& segment, const SaveIntent& intent) {
   return intent.dropMetadata ? "--drop-metadata was given" : "the plug-in did not keep it";
 }
 
-std::string whyAdded(const JpegSegment& segment) {
-  return isJfif(segment) || isAdobe(segment) ? "written by the codec"
-                                             : "made from the fields of the picture";
-}
-
 SegmentOutcome outcomeOf(const JpegSegment& segment, Unclaimed& saved, const SaveIntent& intent) {
   SegmentOutcome outcome = {segmentName(segment), segment.payload.size(), SegmentFate::kept, ""};
   if (saved.claim([&](const JpegSegment& other) { return other == segment; })) return outcome;
@@ -80,8 +75,8 @@ std::vector<SegmentOutcome> compareLayouts(const JpegLayout& source, const JpegL
     outcomes.push_back(outcomeOf(segment, unclaimed, intent));
   }
   for (const JpegSegment* segment : unclaimed.left()) {
-    outcomes.push_back(
-        {segmentName(*segment), segment->payload.size(), SegmentFate::added, whyAdded(*segment)});
+    outcomes.push_back({segmentName(*segment), segment->payload.size(), SegmentFate::added,
+                        "written by the codec"});
   }
   if (source.trailingBytes > 0) {
     outcomes.push_back({"data behind the picture", source.trailingBytes, SegmentFate::dropped,

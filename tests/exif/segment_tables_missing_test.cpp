@@ -6,7 +6,7 @@ namespace {
 
 using namespace test;
 
-class TablesMissing : public testing::Test {
+class SegmentTablesMissing : public testing::Test {
  protected:
   void SetUp() override {
     the().reset();
@@ -18,7 +18,7 @@ class TablesMissing : public testing::Test {
   PropertySlot slot_;
 };
 
-TEST_F(TablesMissing, ADirectoryThatCannotBeMadeLeavesTheRecordLockedAndUncounted) {
+TEST_F(SegmentTablesMissing, ADirectoryThatCannotBeMadeLeavesTheRecordLockedAndUncounted) {
   for (const host::u16 id : {host::u16{4006}, host::u16{5210}, host::u16{5301}}) {
     PropertySlot slot;
     slot.addText(id, "a text");
@@ -29,7 +29,7 @@ TEST_F(TablesMissing, ADirectoryThatCannotBeMadeLeavesTheRecordLockedAndUncounte
   }
 }
 
-TEST_F(TablesMissing, TheXmpSegmentIsNotBuiltEither) {
+TEST_F(SegmentTablesMissing, TheXmpSegmentIsNotBuiltEither) {
   slot_.addBlock(4037, support::bytesOf("<x/>"));
   slot_.addText(4006, "Maker");
   build();
@@ -38,7 +38,7 @@ TEST_F(TablesMissing, TheXmpSegmentIsNotBuiltEither) {
   GlobalUnlock(slot_.handle());
 }
 
-TEST_F(TablesMissing, WhatNeedsNoDirectoryTableIsBuilt) {
+TEST_F(SegmentTablesMissing, WhatNeedsNoDirectoryTableIsBuilt) {
   slot_.addText(5600, "Title");
   build();
   EXPECT_EQ(slot_.ids(), (std::vector<int>{5600, 5297}));
