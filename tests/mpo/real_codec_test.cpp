@@ -121,6 +121,7 @@ void build(const std::string& path, u32 count, host::u8 typeClass, host::u8 subC
     const platform::OwnedGlobal record(platform::movableZeroed, sizeof(host::FileDataRecord));
     {
       const platform::LockedGlobal lock(record.get());
+      ASSERT_TRUE(lock);
       auto& data = *static_cast<host::FileDataRecord*>(lock.address());
       std::strcpy(data.ansiPath, path.c_str());
       data.bitsPerPixel = 24;
