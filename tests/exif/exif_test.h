@@ -49,7 +49,7 @@ inline void defineWritten(EditedTable& table, std::size_t row, host::u16 tag, ho
   table.set(row, tag, host::kindBlock, fieldId, host::noLabel, type);
 }
 
-// A field with the bytes of its block, as far as its size word says.
+// A field with the bytes of its block, as far as its size word says and the block has them.
 struct StoredField {
   host::PropertyField descriptor;
   Bytes block;
@@ -86,7 +86,8 @@ inline std::vector<StoredField> storedFields(HGLOBAL record) {
     const bool block = field.valueKind == host::kindBlock || field.valueKind == host::kindText;
     if (block && field.data != 0) {
       const auto* data = reinterpret_cast<const host::u8*>(field.data);
-      stored.block.assign(data, data + field.dataSize);
+      const std::size_t real = GlobalSize(reinterpret_cast<HGLOBAL>(field.data));
+      stored.block.assign(data, data + std::min<std::size_t>(field.dataSize, real));
     }
     found.push_back(stored);
   }
