@@ -27,7 +27,7 @@ bool isFromTables(const FieldValue& field) {
          between(host::fieldIptcFirst, host::fieldIptcLast);
 }
 
-// What a described rule does to a value on its way.
+// What the way of writing does to a value.
 struct Exception {
   const char* rule;
   bool (*applies)(const FieldValue& before, const FieldValue* after, host::u32 builtSize);

@@ -12,7 +12,7 @@ const Bytes thumbnail = {0xFF, 0xD8, 'j', 'p', 'g', 0xFF, 0xD9};
 
 using SegmentBuilder = BuilderTest;
 
-TEST_F(SegmentBuilder, AWholeSegmentLiesAsDescribed) {
+TEST_F(SegmentBuilder, AWholeSegmentLiesByteForByte) {
   slot_.addText(exifText, "2010:12:02");
   slot_.addText(hostText, "Maker");
   slot_.addNumber(hostShort, host::kindNumber16, 6);

@@ -25,7 +25,7 @@ struct Source {
   bool iptc = false;
 };
 
-// A complaint that a described rule explains.
+// A complaint that the way of writing explains.
 struct Explanation {
   const char* rule;
   bool (*explains)(const std::string& complaint, const Source& source);
