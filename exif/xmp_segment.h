@@ -1,5 +1,4 @@
-// The XMP packet as an application segment of its own (ISO 16684-1, Annex A; XMP specification
-// part 3, "JPEG").
+// The XMP packet as an application segment of its own (XMP, "Storage in Files", JPEG).
 #pragma once
 
 #include <optional>
