@@ -9,6 +9,7 @@
 
 #include "exif/tag_tables.h"
 #include "platform/global_memory.h"
+#include "property/property_record.h"
 
 namespace exif {
 namespace {
@@ -30,13 +31,8 @@ bool isRecordVersion(const PropertyField& field) noexcept {
   return false;
 }
 
-bool hasDataBlock(const PropertyField& field) noexcept {
-  return (field.valueKind == host::kindText || field.valueKind == host::kindBlock) &&
-         field.data != 0;
-}
-
 void dropData(PropertyField& field) noexcept {
-  if (hasDataBlock(field)) GlobalFree(reinterpret_cast<HGLOBAL>(field.data));
+  if (property::ownsBlock(field)) GlobalFree(reinterpret_cast<HGLOBAL>(field.data));
   field.data = 0;
   field.dataSize = 0;
 }
@@ -89,18 +85,13 @@ void setText(PropertyField& field, const char* text) noexcept {
 
 void printRecordVersion(const PropertyField& field, char* buffer) noexcept {
   u32 version = 0;
-  if (hasDataBlock(field)) {
-    const SIZE_T real = GlobalSize(reinterpret_cast<HGLOBAL>(field.data));
-    const Bytes digits(reinterpret_cast<const u8*>(field.data),
-                       std::min<std::size_t>(field.dataSize, real));
-    for (const u8 digit : digits) version = version * 16 + digit;
-  }
+  for (const u8 digit : property::blockOf(field)) version = version * 16 + digit;
   std::snprintf(buffer, iptcNumberText, "%d.0", static_cast<i32>(version));
 }
 
 void getText(const PropertyField& field, char** text) noexcept {
   if (isRecordVersion(field)) return printRecordVersion(field, *text);
-  if (hasDataBlock(field) && field.valueKind == host::kindText) {
+  if (property::ownsBlock(field) && field.valueKind == host::kindText) {
     *text = reinterpret_cast<char*>(field.data);
   } else {
     **text = '\0';

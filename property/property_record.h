@@ -24,6 +24,8 @@ class PropertyRecord {
   // The fields that the block really holds, whatever its count says; none for an absent record or a
   // count below 1.
   [[nodiscard]] std::span<host::PropertyField> fields() const noexcept;
+  // Ends this object with the record still locked.
+  void leaveLocked() noexcept { lock_.abandon(); }
   // Null for an absent record.
   [[nodiscard]] host::PropertyHeader* header() const noexcept {
     return lock_.as<host::PropertyHeader>();
@@ -34,6 +36,13 @@ class PropertyRecord {
 };
 
 using Fields = std::span<const host::PropertyField>;
+
+// True for the kinds whose value is a data block of the record's.
+[[nodiscard]] bool ownsBlock(const host::PropertyField& field) noexcept;
+
+// The bytes of a text's or a block field's data block: as many as its size word says, but no more
+// than there are. Empty when it has no block.
+[[nodiscard]] std::span<host::u8> blockOf(const host::PropertyField& field) noexcept;
 
 // The data block of a block field; empty when there is none or its size word is below the prefix.
 [[nodiscard]] std::span<host::u8> dataBlockOf(const host::PropertyField& field) noexcept;

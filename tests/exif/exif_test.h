@@ -34,8 +34,8 @@ class EditedTable {
   ~EditedTable() { std::copy(saved_.begin(), saved_.end(), rows_); }
 
   void set(std::size_t row, host::u16 tag, host::u16 kind, host::u16 fieldId,
-           host::u32 label = host::noLabel) {
-    rows_[row] = {tag, 0, 0, kind, fieldId, label, {}};
+           host::u32 label = host::noLabel, host::u16 type = 0) {
+    rows_[row] = {tag, type, 0, kind, fieldId, label, {}};
   }
 
  private:
@@ -43,7 +43,13 @@ class EditedTable {
   std::vector<host::TagDefinition> saved_;
 };
 
-// A field with the bytes of its block, as far as its size word says.
+// The smallest writable row: no label, and the type that entries are written with.
+inline void defineWritten(EditedTable& table, std::size_t row, host::u16 tag, host::u16 fieldId,
+                          host::u16 type) {
+  table.set(row, tag, host::kindBlock, fieldId, host::noLabel, type);
+}
+
+// A field with the bytes of its block, as far as its size word says and the block has them.
 struct StoredField {
   host::PropertyField descriptor;
   Bytes block;
@@ -80,7 +86,8 @@ inline std::vector<StoredField> storedFields(HGLOBAL record) {
     const bool block = field.valueKind == host::kindBlock || field.valueKind == host::kindText;
     if (block && field.data != 0) {
       const auto* data = reinterpret_cast<const host::u8*>(field.data);
-      stored.block.assign(data, data + field.dataSize);
+      const std::size_t real = GlobalSize(reinterpret_cast<HGLOBAL>(field.data));
+      stored.block.assign(data, data + std::min<std::size_t>(field.dataSize, real));
     }
     found.push_back(stored);
   }
@@ -96,6 +103,47 @@ class PropertySlot {
   ~PropertySlot() { doubles::freeProperty(handle_); }
 
   HGLOBAL* address() { return &handle_; }
+  // Appends a field as a host does; a text's or block's bytes are given as they lie in the block.
+  void add(host::PropertyField field, const Bytes& block = {}) {
+    field.descriptorSize = sizeof field;
+    if (!block.empty()) {
+      HGLOBAL memory = GlobalAlloc(GMEM_FIXED | GMEM_ZEROINIT, block.size());
+      std::memcpy(memory, block.data(), block.size());
+      field.data = reinterpret_cast<host::u64>(memory);
+    }
+    ASSERT_EQ(doubles::reserveFields(&handle_, 1), 1);
+    ASSERT_EQ(doubles::appendField(handle_, &field), 1);
+  }
+  void addText(host::u16 id, std::string_view text, host::u16 group = 0) {
+    host::PropertyField field = {};
+    field.valueKind = host::kindText;
+    field.fieldId = id;
+    field.sourceGroup = group;
+    field.dataSize = static_cast<host::u32>(text.size());
+    add(field, support::bytesOf(text));
+  }
+  // A block field's prefix is put in front.
+  void addBlock(host::u16 id, const Bytes& value, host::u16 group = 0) {
+    host::PropertyField field = {};
+    field.valueKind = host::kindBlock;
+    field.fieldId = id;
+    field.sourceGroup = group;
+    field.dataSize = static_cast<host::u32>(value.size() + 4);
+    Bytes block(4);
+    const auto length = static_cast<host::u32>(value.size());
+    std::memcpy(block.data(), &length, sizeof length);
+    add(field, support::joined(block, value));
+  }
+  void addNumber(host::u16 id, host::u16 kind, host::u64 number, host::u16 group = 0,
+                 host::u32 dataSize = 0) {
+    host::PropertyField field = {};
+    field.valueKind = kind;
+    field.fieldId = id;
+    field.sourceGroup = group;
+    field.dataSize = dataSize;
+    field.data = number;
+    add(field);
+  }
   [[nodiscard]] HGLOBAL handle() const { return handle_; }
   [[nodiscard]] bool unlocked() const {
     return handle_ == nullptr || (GlobalFlags(handle_) & GMEM_LOCKCOUNT) == 0;

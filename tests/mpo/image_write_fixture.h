@@ -176,6 +176,9 @@ class MpoImageWrite : public PluginTest {
     field.sourceGroup = 4701;
     field.dataSize = static_cast<u32>(block.size());
     field.data = reinterpret_cast<u64>(memory);
+    append(field);
+  }
+  void append(const host::PropertyField& field) {
     HGLOBAL record = data_->properties();
     ASSERT_EQ(doubles::reserveFields(&record, 1), 1);
     ASSERT_EQ(doubles::appendField(record, &field), 1);

@@ -9,7 +9,7 @@
 #include "host/mpo.h"
 #include "host/plugin_entries.h"
 #include "platform/global_memory.h"
-#include "tests/companions/loaded_module.h"
+#include "tests/companions/loaded_plugin.h"
 #include "tests/mpo/scratch_file.h"
 #include "tests/support/mpf_builder.h"
 
@@ -19,27 +19,9 @@ using host::MpoFileData;
 using host::u32;
 using host::u64;
 using support::Bytes;
-using test::LoadedModule;
+using test::entry;
+using test::plugin;
 using test::ScratchFile;
-
-// Loaded first, so that the plug-in finds them by name.
-struct Plugin {
-  LoadedModule resources{"KFRES.DLL"};
-  LoadedModule common{"fio/k32Comm.dll"};
-  LoadedModule util{"fio/kFioUtil.dll"};
-  LoadedModule exif{"fio/kExifLib.dll"};
-  LoadedModule codec{"fio/klibjpg.dll"};
-  LoadedModule module{"fio/K32JPG.FIO"};
-};
-const Plugin& plugin() {
-  static const Plugin loaded;
-  return loaded;
-}
-
-template <typename Entry>
-Entry* entry(WORD ordinal) {
-  return plugin().module.function<Entry>(ordinal);
-}
 
 int action(HGLOBAL fileData, int code, host::MPORequestCallback* callback, void* context,
            int index) {
@@ -139,6 +121,7 @@ void build(const std::string& path, u32 count, host::u8 typeClass, host::u8 subC
     const platform::OwnedGlobal record(platform::movableZeroed, sizeof(host::FileDataRecord));
     {
       const platform::LockedGlobal lock(record.get());
+      ASSERT_TRUE(lock);
       auto& data = *static_cast<host::FileDataRecord*>(lock.address());
       std::strcpy(data.ansiPath, path.c_str());
       data.bitsPerPixel = 24;
