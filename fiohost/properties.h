@@ -27,6 +27,8 @@ struct Property {
   std::vector<std::uint8_t> value;  // behind the prefix of a block; of a number its own bytes
   // The four bytes in front of a block: of a raw segment its marker and length.
   std::vector<std::uint8_t> prefix;
+  // As the rules for well-known tags format the value; empty where they leave it as it is.
+  std::string formatted;
 };
 
 // The fields of a record of file data, locked and open to change; none when it has no record.

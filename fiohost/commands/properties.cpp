@@ -23,7 +23,7 @@ class PropertiesCommand : public Command {
   void declare(CLI::App& arguments) override {
     arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
-    arguments.add_flag("--raw", raw_, "fractions and bytes as they are stored");
+    arguments.add_flag("--raw", raw_, "numbers, fractions and bytes as they are stored");
     auto* output = arguments.add_option("-o,--output", output_, "the file to extract to");
     auto* extract = arguments.add_option("--extract", extract_, "write one block to a file")
                         ->check(CLI::IsMember(extractNames()));
