@@ -31,11 +31,20 @@ void DefinitionSet::append(TagTable rows, unsigned capacity) noexcept {
   }
 }
 
-std::optional<unsigned> DefinitionSet::find(host::u16 tag) const noexcept {
+template <typename Matches>
+std::optional<unsigned> DefinitionSet::firstRow(Matches matches) const noexcept {
   for (unsigned index = 0; index < size_; ++index) {
-    if (rows_[index].tag == tag) return index;
+    if (matches(rows_[index])) return index;
   }
   return std::nullopt;
+}
+
+std::optional<unsigned> DefinitionSet::find(host::u16 tag) const noexcept {
+  return firstRow([=](const host::TagDefinition& row) { return row.tag == tag; });
+}
+
+std::optional<unsigned> DefinitionSet::findField(host::u16 fieldId) const noexcept {
+  return firstRow([=](const host::TagDefinition& row) { return row.fieldId == fieldId; });
 }
 
 const Label& DefinitionSet::label(unsigned index) noexcept {

@@ -34,11 +34,16 @@ class DefinitionSet {
   // The first row of a tag.
   [[nodiscard]] std::optional<unsigned> find(host::u16 tag) const noexcept;
 
+  // The first row of a field.
+  [[nodiscard]] std::optional<unsigned> findField(host::u16 fieldId) const noexcept;
+
   // The label of a row, cut to its buffer; empty when the row has none. Loaded from the resource
   // library when it is first asked for, since most rows of a table are not met in a directory.
   [[nodiscard]] const Label& label(unsigned index) noexcept;
 
  private:
+  template <typename Matches>
+  [[nodiscard]] std::optional<unsigned> firstRow(Matches matches) const noexcept;
   void append(TagTable rows, unsigned capacity) noexcept;
 
   unsigned size_ = 0;

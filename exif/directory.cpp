@@ -5,6 +5,7 @@
 #include "exif/definition_set.h"
 #include "exif/entry_store.h"
 #include "exif/field_room.h"
+#include "exif/tags.h"
 
 namespace exif {
 namespace {
@@ -15,10 +16,6 @@ using host::u16;
 using host::u32;
 using host::u64;
 using platform::ByteReader;
-
-constexpr u16 tagIptc = 0x83BB;
-constexpr u16 tagPhotoshop = 0x8649;
-constexpr u16 tagMakerNote = 0x927C;
 
 // Room beyond the entries that readers of the host's older records rely on; the GPS directory has
 // never had it.

@@ -4,16 +4,12 @@
 #include <cstring>
 
 namespace exif {
-namespace {
 
-// The slot lies unaligned in a packed record.
 HGLOBAL recordIn(const HGLOBAL* slot) noexcept {
   HGLOBAL record = nullptr;
   std::memcpy(&record, slot, sizeof record);
   return record;
 }
-
-}  // namespace
 
 FieldRoom::FieldRoom(const HGLOBAL* slot) noexcept
     : lock_(recordIn(slot)), header_(lock_.as<host::PropertyHeader>()) {

@@ -12,6 +12,9 @@ namespace exif {
   return Prop_ReAllocFieldSpace(slot, static_cast<int>(count)) != 0;
 }
 
+// The record that the slot names; the slot may lie unaligned in a packed record.
+[[nodiscard]] HGLOBAL recordIn(const HGLOBAL* slot) noexcept;
+
 // The record that the slot names, locked while this object lives. Fields that are added count from
 // publish() on. Bounded by what the block really has, whatever was reserved.
 class FieldRoom {

@@ -5,6 +5,8 @@
 #include "exif/directory.h"
 #include "exif/directory_entry.h"
 #include "exif/iptc_datasets.h"
+#include "exif/tags.h"
+#include "property/app_segment.h"
 
 namespace exif {
 namespace {
@@ -17,11 +19,7 @@ using host::u8;
 using platform::ByteOrder;
 using platform::ByteReader;
 
-constexpr std::size_t identifierSize = 6;  // "Exif" and two NULs
 constexpr u64 ifd0OffsetAt = 4;
-constexpr u16 tagExifPointer = 0x8769;
-constexpr u16 tagGpsPointer = 0x8825;
-constexpr u16 tagMakerNote = 0x927C;
 constexpr i32 shortestIptc = 6;  // a dataset head and one byte
 
 // What IFD0 points to; an offset of 0 points nowhere.
@@ -79,6 +77,7 @@ void readIptc(const ByteReader& tiff, const Blocks& blocks, HGLOBAL* slot,
 }  // namespace
 
 bool walkExif(std::span<const u8> payload, u32 length, HGLOBAL* slot) noexcept {
+  constexpr std::size_t identifierSize = property::exifSignature.size();
   if (payload.size() <= identifierSize) return false;
   const std::span<const u8> bytes = payload.subspan(identifierSize);
   // Only this byte decides: neither the second one nor the number 42 is looked at.

@@ -2,6 +2,7 @@
 #include <cstring>
 #include <optional>
 
+#include "exif/segment_builder.h"
 #include "frame/error_report.h"
 #include "frame/save_options.h"
 #include "frame/source_path.h"
@@ -218,6 +219,7 @@ int writeFile(HANDLE given, HGLOBAL fileData, void* hostContext,
   if (record == nullptr) return 0;
   Thumbnail thumbnail = makeThumbnail(*record, HostRows(hostContext, rowSource));
   const host::WriteOptions options = chooseWriteOptions(jpegTailOf(record, lock.size()));
+  exif::ensureSegments(property::propertySlot(*record), thumbnail.bytes());
   const int result = encode(*record, file.handle(), hostContext, rowSource, options);
   if (result == host::codecStopped) return -1;
   if (result != host::codecGoOn) {

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 
+#include "exif/segment_builder.h"
 #include "frame/save_options.h"
 #include "jpeg/encoder.h"
 #include "jpeg/thumbnail_encoder.h"
@@ -259,6 +260,7 @@ int writeImage(HGLOBAL fileData, host::MPORequestCallback* callback, void* conte
   if (payload.bytes().empty()) return 0;
 
   const jpeg::Thumbnail thumbnail = makeThumbnail(*record.common(), requests);
+  exif::ensureSegments(property::propertySlot(*record.common()), thumbnail.bytes());
   frame::loadSaveOptions();
   const host::WriteOptions options =
       jpeg::chooseWriteOptions(jpeg::jpegTailOf(record.address(), record.size()));

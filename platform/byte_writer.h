@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <span>
+#include <string_view>
 
 #include "platform/byte_reader.h"
 
@@ -15,9 +16,10 @@ namespace platform {
 // the same code.
 class ByteWriter {
  public:
-  // A 32-bit place whose value is known later.
+  // A place whose value is known later.
   struct Slot {
     std::size_t position;
+    std::size_t width;  // bytes; of a value only the lowest so many are kept
   };
 
   ByteWriter(std::span<std::uint8_t> block, ByteOrder order) noexcept
@@ -32,17 +34,26 @@ class ByteWriter {
     }
     size_ += values.size();
   }
+  // The characters alone, without a NUL.
+  void text(std::string_view characters) noexcept {
+    bytes({reinterpret_cast<const std::uint8_t*>(characters.data()), characters.size()});
+  }
   void zeros(std::size_t count) noexcept {
     if (fits(size_, count) && count != 0) std::memset(block_.data() + size_, 0, count);
     size_ += count;
   }
 
-  [[nodiscard]] Slot slot32() noexcept {
-    const Slot slot{size_};
-    u32(0);
-    return slot;
+  // The next so many bytes for somebody else to fill; empty when they do not fit.
+  [[nodiscard]] std::span<std::uint8_t> room(std::size_t count) noexcept {
+    const std::size_t position = size_;
+    size_ += count;
+    return fits(position, count) ? block_.subspan(position, count) : std::span<std::uint8_t>{};
   }
-  void patch(Slot slot, std::uint32_t value) noexcept { store(slot.position, value, sizeof value); }
+
+  [[nodiscard]] Slot slot8() noexcept { return slot(1); }
+  [[nodiscard]] Slot slot16() noexcept { return slot(2); }
+  [[nodiscard]] Slot slot32() noexcept { return slot(4); }
+  void patch(Slot slot, std::uint32_t value) noexcept { store(slot.position, value, slot.width); }
 
   // Bytes asked to be written so far.
   [[nodiscard]] std::size_t size() const noexcept { return size_; }
@@ -52,6 +63,11 @@ class ByteWriter {
  private:
   [[nodiscard]] bool fits(std::size_t position, std::size_t count) const noexcept {
     return position <= block_.size() && count <= block_.size() - position;
+  }
+  [[nodiscard]] Slot slot(std::size_t width) noexcept {
+    const Slot slot{size_, width};
+    number(0, width);
+    return slot;
   }
   void number(std::uint32_t value, std::size_t count) noexcept {
     store(size_, value, count);

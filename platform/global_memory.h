@@ -32,6 +32,9 @@ class LockedGlobal {
     address_ = nullptr;
   }
 
+  // Gives the lock up without taking it back.
+  void abandon() noexcept { address_ = nullptr; }
+
   explicit operator bool() const noexcept { return address_ != nullptr; }
   [[nodiscard]] void* address() const noexcept { return address_; }
   // Bytes that the block really has.

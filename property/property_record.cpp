@@ -48,17 +48,6 @@ PropertyField describeField(const BlockField& field, HGLOBAL block) noexcept {
   return descriptor;
 }
 
-bool ownsBlock(const PropertyField& field) noexcept {
-  return (field.valueKind == host::kindBlock || field.valueKind == host::kindText) &&
-         field.data != 0;
-}
-
-// The size word, or what the block really has when the word claims more.
-u32 boundedSize(const PropertyField& field) noexcept {
-  const SIZE_T real = GlobalSize(reinterpret_cast<HGLOBAL>(field.data));
-  return real != 0 && real < field.dataSize ? static_cast<u32>(real) : field.dataSize;
-}
-
 }  // namespace
 
 HGLOBAL* propertySlot(host::FileDataRecord& record) noexcept {
@@ -79,10 +68,9 @@ std::span<PropertyField> PropertyRecord::fields() const noexcept {
 }
 
 std::span<u8> dataBlockOf(const PropertyField& field) noexcept {
-  if (field.valueKind != host::kindBlock || field.data == 0) return {};
-  const u32 size = boundedSize(field);
-  if (size < prefixSize) return {};
-  return {reinterpret_cast<u8*>(field.data), size};
+  if (field.valueKind != host::kindBlock) return {};
+  const std::span<u8> block = blockOf(field);
+  return block.size() >= prefixSize ? block : std::span<u8>{};
 }
 
 int findField(HGLOBAL record, u16 fieldId, u8** value, u32* size) noexcept {

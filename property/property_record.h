@@ -8,6 +8,7 @@
 #include "host/file_data.h"
 #include "host/property_record.h"
 #include "platform/global_memory.h"
+#include "property/field_block.h"
 
 namespace property {
 
@@ -24,6 +25,8 @@ class PropertyRecord {
   // The fields that the block really holds, whatever its count says; none for an absent record or a
   // count below 1.
   [[nodiscard]] std::span<host::PropertyField> fields() const noexcept;
+  // Ends this object with the record still locked.
+  void leaveLocked() noexcept { lock_.abandon(); }
   // Null for an absent record.
   [[nodiscard]] host::PropertyHeader* header() const noexcept {
     return lock_.as<host::PropertyHeader>();

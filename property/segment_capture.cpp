@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "property/app_segment.h"
 #include "property/property_record.h"
 
 namespace property {
@@ -16,8 +17,6 @@ using host::u8;
 using Bytes = std::span<const u8>;
 
 constexpr std::string_view jfifSignature{"JFIF\0", 5};
-constexpr std::string_view exifSignature{"Exif\0\0", 6};
-constexpr std::string_view xmpSignature{"http://ns.adobe.com/xap/1.0/"};
 constexpr std::string_view extendedXmpSignature{"http://ns.adobe.com/xmp/extension/"};
 constexpr std::string_view fpxrSignature{"FPXR"};
 constexpr std::string_view iccSignature{"ICC_PROFILE"};
@@ -26,16 +25,13 @@ constexpr std::string_view adobeSignature{"Adobe"};
 constexpr std::string_view heapSignature{"HEAP"};  // CIFF, behind byte order and header length
 constexpr std::size_t heapSignatureOffset = 6;
 
-constexpr std::size_t xmpHeader = 29;  // the signature with its NUL
 constexpr std::size_t iccHeader = 14;  // signature with its NUL, chunk number, chunk count
 
 // An extended-XMP segment: signature with its NUL, GUID, full length, chunk offset, chunk.
 constexpr std::size_t guidOffset = 35;
-constexpr std::size_t guidLength = 32;
 constexpr std::size_t fullLengthOffset = 67;
 constexpr std::size_t chunkOffsetOffset = 71;
 constexpr std::size_t chunkData = 75;
-constexpr u32 extendedXmpHead = 40;  // GUID and the two numbers in front of the joined packet
 constexpr u32 longestExtendedXmp = 64u << 20;
 
 constexpr std::size_t prefixSize = 4;
@@ -52,13 +48,6 @@ struct Prefix {
 Prefix lengthPrefix(u32 length) noexcept {
   return {{static_cast<u8>(length), static_cast<u8>(length >> 8), static_cast<u8>(length >> 16),
            static_cast<u8>(length >> 24)}};
-}
-
-// The segment's own head as it stands in a stream, so that the block can be written back whole.
-Prefix segmentHead(u16 appNumber, std::size_t payloadLength) noexcept {
-  const std::size_t length = payloadLength + 2;
-  return {{0xFF, static_cast<u8>(0xE0 + (appNumber & 0xFF)), static_cast<u8>(length >> 8),
-           static_cast<u8>(length)}};
 }
 
 }  // namespace
@@ -209,7 +198,7 @@ void SegmentCapture::addIcc(const Segment& segment) noexcept {
 void SegmentCapture::addExtendedXmp(const Segment& segment) noexcept {
   const u32 fullLength = bigEndian32(segment.payload.data() + fullLengthOffset);
   if (fullLength > longestExtendedXmp) return;
-  const Prefix prefix = lengthPrefix(fullLength + extendedXmpHead);
+  const Prefix prefix = lengthPrefix(fullLength + static_cast<u32>(extendedXmpHead));
   // The block is four bytes longer than its size word says: kept, readers of the host rely on it.
   addBlockField(propertySlot(*record_),
                 {.fieldId = host::fieldXmp,
@@ -220,7 +209,7 @@ void SegmentCapture::addExtendedXmp(const Segment& segment) noexcept {
 
 // A later chunk goes into every field of the same GUID, as far as the field's block reaches.
 void SegmentCapture::joinExtendedXmpChunk(const Segment& segment) noexcept {
-  const Bytes guid = segment.payload.subspan(guidOffset, guidLength);
+  const Bytes guid = segment.payload.subspan(guidOffset, extendedXmpGuid);
   const Bytes chunk = segment.payload.subspan(chunkData);
   const u64 target =
       u64{bigEndian32(segment.payload.data() + chunkOffsetOffset)} + extendedXmpHead + prefixSize;
@@ -228,7 +217,7 @@ void SegmentCapture::joinExtendedXmpChunk(const Segment& segment) noexcept {
   for (const host::PropertyField& field : record.fields()) {
     if (field.fieldId != host::fieldXmp) continue;
     const std::span<u8> block = dataBlockOf(field);
-    if (block.size() < prefixSize + guidLength ||
+    if (block.size() < prefixSize + extendedXmpGuid ||
         !std::equal(guid.begin(), guid.end(), block.begin() + prefixSize)) {
       continue;
     }
@@ -240,7 +229,8 @@ void SegmentCapture::joinExtendedXmpChunk(const Segment& segment) noexcept {
 }
 
 void SegmentCapture::addRaw(const Segment& segment, u16 fieldId) noexcept {
-  const Prefix head = segmentHead(segment.appNumber, segment.payload.size());
+  // The block is the segment as it stands in a stream, so that it can be written back whole.
+  const SegmentHead head = segmentHead(segment.appNumber, segment.payload.size());
   const u64 size = prefixSize + segment.payload.size();
   addBlockField(propertySlot(*record_),
                 {.fieldId = fieldId,
