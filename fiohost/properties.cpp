@@ -158,6 +158,13 @@ LockedFields::LockedFields(const FileData& fileData)
              std::min<std::size_t>(static_cast<std::size_t>(header->fieldCount), room)};
 }
 
+void LockedFields::setCount(std::size_t count) const noexcept {
+  auto* header = lock_.as<host::PropertyHeader>();
+  if (header == nullptr) return;
+  header->fieldCount = static_cast<host::i32>(count);
+  header->recordSize = static_cast<host::u32>(sizeof *header + count * sizeof(PropertyField));
+}
+
 std::vector<Property> readProperties(const Session& session, const FileData& fileData) {
   const TagTables tables(session.utilities);
   std::vector<Property> properties;

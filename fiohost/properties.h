@@ -38,6 +38,8 @@ class LockedFields {
 
   [[nodiscard]] HGLOBAL record() const noexcept { return record_; }
   [[nodiscard]] std::span<host::PropertyField> fields() const noexcept { return fields_; }
+  // Makes the record end behind so many fields; it must have them.
+  void setCount(std::size_t count) const noexcept;
 
  private:
   HGLOBAL record_;

@@ -178,17 +178,18 @@ bool isComment(const SettableTag& tag) {
 }
 
 Bytes commentBytes(const std::string& text) {
+  constexpr std::size_t codeSize = 8;
   const bool isPlain = std::all_of(text.begin(), text.end(), [](char letter) {
     return static_cast<unsigned char>(letter) < 128;
   });
-  const std::string_view code =
-      isPlain ? std::string_view("ASCII\0\0\0", 8) : std::string_view("UNICODE\0", 8);
-  Bytes bytes(code.begin(), code.end());
+  std::string coded =
+      isPlain ? std::string("ASCII\0\0\0", codeSize) : std::string("UNICODE\0", codeSize);
   if (isPlain) {
-    bytes.insert(bytes.end(), text.begin(), text.end());
-    return bytes;
+    coded += text;
+    return {coded.begin(), coded.end()};
   }
   const std::filesystem::path wide(std::u8string(text.begin(), text.end()));
+  Bytes bytes(coded.begin(), coded.end());
   for (const char16_t unit : wide.u16string()) put(bytes, unit, 2);
   return bytes;
 }

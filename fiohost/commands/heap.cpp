@@ -55,7 +55,10 @@ class HeapCommand : public Command {
   FileResult save(const Session& session, const std::string& name) const {
     const SourceFile file(name);
     HeapEdits edits(session, changes_);
-    const MetadataEdit edit = {[&](const FileData& fileData) { edits.apply(fileData); },
+    const MetadataEdit edit = {[&](FileData& fileData) {
+                                 edits.apply(fileData);
+                                 return EditedParts{.cameraData = true};
+                               },
                                [&](const SourceFile& saved) { edits.verify(saved); }};
     ConvertOptions options;
     options.keepSourceSettings = true;
