@@ -102,13 +102,7 @@ class KeptKinds {
 }  // namespace
 
 HeapEdits::HeapEdits(const Session& session, const std::vector<std::string>& changes)
-    : session_(session) {
-  for (const std::string& change : changes) {
-    const std::size_t equals = std::min(change.find('='), change.size());
-    changes_.push_back(
-        {change.substr(0, equals), change.substr(std::min(equals + 1, change.size()))});
-  }
-}
+    : session_(session), changes_(splitChanges(changes)) {}
 
 bool HeapEdits::isEdited(u16 fieldId) const {
   return std::any_of(edits_.begin(), edits_.end(),

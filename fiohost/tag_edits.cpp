@@ -85,13 +85,7 @@ bool holds(const Property& property, const TagValue& value) {
 }  // namespace
 
 TagEdits::TagEdits(const Session& session, const std::vector<std::string>& changes)
-    : session_(session), catalogue_(session) {
-  for (const std::string& change : changes) {
-    const std::size_t equals = std::min(change.find('='), change.size());
-    changes_.push_back(
-        {change.substr(0, equals), change.substr(std::min(equals + 1, change.size()))});
-  }
-}
+    : session_(session), catalogue_(session), changes_(splitChanges(changes)) {}
 
 void TagEdits::addChange(const SettableTag& tag, TagValue value, std::vector<Edit>& edits) const {
   const auto same =

@@ -2,10 +2,10 @@
 // segment anew, and in the Photoshop segment that holds the IPTC datasets.
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
+#include "fiohost/changes.h"
 #include "fiohost/photoshop_iptc.h"
 #include "fiohost/save_report.h"
 #include "fiohost/source_file.h"
@@ -25,10 +25,6 @@ class TagEdits {
   void verify(const SourceFile& saved) const;
 
  private:
-  struct Change {
-    std::string name;
-    std::string text;
-  };
   struct Edit {
     const SettableTag* tag;
     std::vector<TagValue> values;  // several only of a dataset that may be repeated

@@ -1,3 +1,4 @@
+#include "fiohost/changes.h"
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
 #include "fiohost/convert_picture.h"
@@ -5,12 +6,6 @@
 
 namespace fiohost {
 namespace {
-
-std::string checkChange(const std::string& text) {
-  const std::size_t equals = text.find('=');
-  if (equals != std::string::npos && equals > 0) return "";
-  return "\"" + text + "\" is no TAG=VALUE";
-}
 
 class SetCommand : public Command {
  public:
@@ -37,10 +32,7 @@ class SetCommand : public Command {
     TagEdits edits(session, changes_);
     const MetadataEdit edit = {[&](FileData& fileData) { return edits.apply(fileData); },
                                [&](const SourceFile& saved) { edits.verify(saved); }};
-    ConvertOptions options;
-    options.keepSourceSettings = true;
-    options.replace = replace_;
-    return savedResult(name, convertPicture(session, file, output_, options, &edit));
+    return savedWith(session, file, output_, replace_, edit);
   }
 
   std::string file_;
