@@ -9,7 +9,7 @@
 #include "exif/field_room.h"
 #include "exif/tag_tables.h"
 #include "frame/module.h"
-#include "property/property_record.h"
+#include "property/field_block.h"
 
 namespace exif {
 namespace {

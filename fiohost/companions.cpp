@@ -17,7 +17,9 @@ ExifLibrary::ExifLibrary(const std::filesystem::path& folder)
 
 FileUtilities::FileUtilities(const std::filesystem::path& folder)
     : module(folder / "kFioUtil.dll"),
-      freeProperty(module.entry<void(HGLOBAL)>("kfioFreeProperty")) {}
+      freeProperty(module.entry<void(HGLOBAL)>("kfioFreeProperty")),
+      reserveFields(module.entry<int(HGLOBAL*, int)>("Prop_ReAllocFieldSpace")),
+      appendField(module.entry<int(HGLOBAL, const void*)>("Prop_AppendFieldData")) {}
 
 ErrorReports::ErrorReports(const std::filesystem::path& folder)
     : module_(folder / "k32Comm.dll"),

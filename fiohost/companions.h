@@ -36,6 +36,8 @@ struct FileUtilities {
 
   Module module;
   void (*freeProperty)(HGLOBAL property);
+  int (*reserveFields)(HGLOBAL* slot, int count);
+  int (*appendField)(HGLOBAL property, const void* descriptor88);
 };
 
 // k32Comm.dll: what the plug-in reported last.

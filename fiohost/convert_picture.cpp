@@ -5,6 +5,7 @@
 #include "fiohost/describe.h"
 #include "fiohost/explain.h"
 #include "fiohost/output_file.h"
+#include "fiohost/preview.h"
 #include "fiohost/progress.h"
 #include "fiohost/row_reader.h"
 
@@ -16,12 +17,13 @@ struct RowSupply {
   RowPipe* pipe;
   Progress* progress;
   host::u32 height;
+  std::vector<host::u8*> preview;  // none when no thumbnail is wanted
   host::u8* row = nullptr;
 
   static void* onRequest(void* context, host::u64, host::u32 first, host::u32, host::u32,
                          host::u32 second, host::i32, host::i32) noexcept {
-    if (second == 0) return nullptr;  // the preview, which this host does not make
     auto& supply = *static_cast<RowSupply*>(context);
+    if (second == 0) return supply.preview.empty() ? nullptr : supply.preview.data();
     supply.row = supply.pipe->take();
     supply.progress->update(first, supply.height);
     return supply.row != nullptr ? &supply.row : nullptr;
@@ -71,13 +73,24 @@ void takeMetadata(const Session& session, const JpegLayout& layout, Described& d
                     "the file may be damaged or may have changed meanwhile");
 }
 
+// Half of what a segment holds, whatever the picture: the size that EXIF 2.32 knows.
+constexpr Size thumbnailBox = {160, 160};
+
+PreviewRows takePreview(const Session& session, const SourceFile& file, FileData& fileData) {
+  PreviewRows preview = makePreview(session, file, thumbnailBox);
+  constexpr host::u32 resolution = 72;
+  fileData.setPreview({preview.shape.channels * 8, preview.shape.width, preview.shape.height,
+                       resolution, resolution});
+  return preview;
+}
+
 void writeRows(const Session& session, const SourceFile& file, Described& described,
-               bool severalPasses) {
+               bool severalPasses, PreviewRows& preview) {
   const host::FileDataRecord record = described.fileData.common();
   Progress progress(file.name());
   RowPipe pipe(severalPasses);
   RowReader reader(session, file, pipe);
-  RowSupply supply = {&pipe, &progress, record.height};
+  RowSupply supply = {&pipe, &progress, record.height, preview.rows()};
   session.reports.clear();
   const int result =
       session.plugin.write(described.fileData.handle(), &supply, &RowSupply::onRequest);
@@ -98,7 +111,9 @@ Converted convertPicture(const Session& session, const SourceFile& file,
   refuseOthers(described);
   const JpegLayout sourceLayout = layoutOf(file.path());
   if (!options.dropMetadata) takeMetadata(session, sourceLayout, described);
-  if (edit != nullptr) edit->apply(described.fileData);
+  const EditedParts edited = edit != nullptr ? edit->apply(described.fileData) : EditedParts{};
+  PreviewRows preview;
+  if (edited.exif) preview = takePreview(session, file, described.fileData);
   const host::JpegTail sourceTail = described.fileData.jpegTail();
   const SaveSettings settings = chooseSettings(sourceTail, options);
   described.fileData.setSaveOptions(
@@ -106,10 +121,10 @@ Converted convertPicture(const Session& session, const SourceFile& file,
   OutputFile output(outputName, options.replace ? Existing::replaced : Existing::refused);
   const std::filesystem::path written = output.handOver();
   described.fileData.setSourcePath(written);
-  writeRows(session, file, described, sourceTail.mode != host::modeBaseline);
+  writeRows(session, file, described, sourceTail.mode != host::modeBaseline, preview);
   Converted converted = {outputName, std::filesystem::file_size(written), {}};
   converted.segments = compareLayouts(sourceLayout, layoutOf(written),
-                                      {options.dropMetadata, settings.jfif != 0, edit != nullptr});
+                                      {options.dropMetadata, settings.jfif != 0, edited});
   if (edit != nullptr) edit->verify(SourceFile(platform::displayPath(written)));
   output.commit();
   return converted;

@@ -26,7 +26,7 @@ struct ConvertOptions {
 
 // What is done to the metadata on the way. Both may throw Failure, and nothing is written then.
 struct MetadataEdit {
-  std::function<void(const FileData&)> apply;     // to what was loaded
+  std::function<EditedParts(FileData&)> apply;    // to what was loaded
   std::function<void(const SourceFile&)> verify;  // the saved file, before it takes its name
 };
 
@@ -37,7 +37,8 @@ struct Converted {
 };
 
 // Writes outputName, which may be the source itself; it appears complete or not at all. Throws
-// Failure and leaves everything as it was. edit is of the camera data, null for none.
+// Failure and leaves everything as it was. edit: null for none. An EXIF segment that is built anew
+// gets a thumbnail of the picture.
 Converted convertPicture(const Session& session, const SourceFile& file,
                          const std::string& outputName, const ConvertOptions& options,
                          const MetadataEdit* edit = nullptr);

@@ -101,4 +101,12 @@ void FileData::setPreview(const Preview& preview) {
   record->previewColourType = preview.bitsPerPixel == 8 ? host::colourGrey : host::colourTrue;
 }
 
+bool FileData::addField(const host::PropertyField& field) {
+  const Locked record(record_.get());
+  auto property = reinterpret_cast<HGLOBAL>(host::u64{record->propertyRecord});
+  const bool reserved = utilities_->reserveFields(&property, 1) != 0;
+  record->propertyRecord = reinterpret_cast<host::u64>(property);
+  return reserved && utilities_->appendField(property, &field) != 0;
+}
+
 }  // namespace fiohost

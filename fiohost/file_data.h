@@ -7,6 +7,7 @@
 #include "fiohost/companions.h"
 #include "host/file_data.h"
 #include "host/mpo.h"
+#include "host/property_record.h"
 #include "platform/global_memory.h"
 
 namespace fiohost {
@@ -52,6 +53,10 @@ class FileData {
     host::u32 verticalResolution;
   };
   void setPreview(const Preview& preview);
+
+  // Adds a field to the property record, which is made when there is none; the record takes the
+  // field's block over. False without memory.
+  [[nodiscard]] bool addField(const host::PropertyField& field);
 
  private:
   platform::OwnedGlobal record_;

@@ -1,11 +1,10 @@
 #include "fiohost/heap_edits.h"
 
 #include <algorithm>
-#include <cctype>
-#include <numeric>
 
 #include "fiohost/describe.h"
 #include "fiohost/failure.h"
+#include "fiohost/similar_names.h"
 
 namespace fiohost {
 namespace {
@@ -21,45 +20,11 @@ constexpr u16 capturedZoneFlag = 5033;
 
 constexpr u16 noKind = 0;  // no item of a heap has it, so the plug-in passes the field over
 
-std::string lowered(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
-    return static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-  });
-  return text;
-}
-
-// Letters to insert, remove or replace to make one text of the other.
-std::size_t distance(const std::string& a, const std::string& b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = row[0]++;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-    }
-  }
-  return row.back();
-}
-
-bool isNear(const std::string& given, const std::string& name) {
-  return name.find(given) != std::string::npos || given.find(name) != std::string::npos ||
-         distance(given, name) <= 1 + name.size() / 4;
-}
-
-// The names that are like the given one, or all when none is.
 std::string suggestNames(const std::vector<Property>& items, const std::string& given) {
-  std::string similar;
-  std::string all;
-  for (const Property& item : items) {
-    const std::string quoted = "\"" + item.name + "\"";
-    all += (all.empty() ? "" : ", ") + quoted;
-    if (isNear(lowered(given), lowered(item.name))) {
-      similar += (similar.empty() ? "" : ", ") + quoted;
-    }
-  }
-  return similar.empty() ? "the values are " + all : "did you mean " + similar + "?";
+  std::vector<std::string> names;
+  for (const Property& item : items) names.push_back(item.name);
+  const std::string similar = similarNames(names, given);
+  return similar.empty() ? "the values are " + quotedNames(names) : "did you mean " + similar + "?";
 }
 
 const Property& itemNamed(const std::vector<Property>& items, const std::string& name) {
@@ -137,13 +102,7 @@ class KeptKinds {
 }  // namespace
 
 HeapEdits::HeapEdits(const Session& session, const std::vector<std::string>& changes)
-    : session_(session) {
-  for (const std::string& change : changes) {
-    const std::size_t equals = std::min(change.find('='), change.size());
-    changes_.push_back(
-        {change.substr(0, equals), change.substr(std::min(equals + 1, change.size()))});
-  }
-}
+    : session_(session), changes_(splitChanges(changes)) {}
 
 bool HeapEdits::isEdited(u16 fieldId) const {
   return std::any_of(edits_.begin(), edits_.end(),

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "fiohost/changes.h"
 #include "fiohost/heap_values.h"
 #include "fiohost/source_file.h"
 
@@ -22,10 +23,6 @@ class HeapEdits {
   void verify(const SourceFile& saved) const;
 
  private:
-  struct Change {
-    std::string name;
-    std::string text;
-  };
   struct Edit {
     std::string name;
     host::u16 fieldId;

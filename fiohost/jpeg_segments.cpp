@@ -120,6 +120,10 @@ std::string segmentName(const JpegSegment& segment) {
 
 bool isCameraData(const JpegSegment& segment) { return isNamed(segment, "camera data"); }
 
+bool isExif(const JpegSegment& segment) { return isNamed(segment, "EXIF"); }
+
+bool isPhotoshop(const JpegSegment& segment) { return isNamed(segment, "Photoshop resources"); }
+
 bool isJfif(const JpegSegment& segment) { return isNamed(segment, "JFIF"); }
 
 bool isAdobe(const JpegSegment& segment) { return isNamed(segment, "Adobe"); }

@@ -22,6 +22,9 @@ struct JpegSegment {
 // The segment that holds a camera-data heap.
 [[nodiscard]] bool isCameraData(const JpegSegment& segment);
 
+[[nodiscard]] bool isExif(const JpegSegment& segment);
+[[nodiscard]] bool isPhotoshop(const JpegSegment& segment);
+
 // Segments that the codec writes by itself.
 [[nodiscard]] bool isJfif(const JpegSegment& segment);
 [[nodiscard]] bool isAdobe(const JpegSegment& segment);

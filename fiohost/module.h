@@ -20,6 +20,8 @@ class Module {
   Module& operator=(Module&&) = delete;
   ~Module();
 
+  [[nodiscard]] HMODULE handle() const noexcept { return handle_; }
+
   // An export by name or by ordinal. Throws Failure, naming it, when the library lacks it.
   template <typename Signature>
   [[nodiscard]] Signature* entry(const char* name) const {

@@ -5,7 +5,11 @@
 #include <cstring>
 #include <span>
 
+#include "exif/format_rules.h"
+#include "exif/iptc_text.h"
+#include "exif/value_text.h"
 #include "host/tag_definition.h"
+#include "property/field_block.h"
 
 namespace fiohost {
 namespace {
@@ -13,8 +17,6 @@ namespace {
 using host::PropertyField;
 using host::u16;
 using Rows = std::span<const host::TagDefinition>;
-
-constexpr std::size_t prefixSize = 4;
 
 // The tables that say which tag a field id stands for.
 struct TagTables {
@@ -80,42 +82,61 @@ bool hasTiffType(PropertyGroup group) {
          group == PropertyGroup::gps;
 }
 
-// The bytes that a block really has.
-std::span<const std::uint8_t> blockOf(const PropertyField& field) {
-  if (field.data == 0) return {};
-  const SIZE_T real = GlobalSize(reinterpret_cast<HGLOBAL>(field.data));
-  return {reinterpret_cast<const std::uint8_t*>(field.data),
-          std::min<std::size_t>(field.dataSize, real)};
-}
-
-void takeValue(const PropertyField& field, Property& property) {
+void takeValue(const PropertyField& field, Property& listed) {
   if (field.valueKind == host::kindText || field.valueKind == host::kindBlock) {
-    const auto block = blockOf(field);
-    const std::size_t skipped =
-        field.valueKind == host::kindBlock ? std::min(prefixSize, block.size()) : 0;
-    const auto begin = block.begin() + static_cast<std::ptrdiff_t>(skipped);
-    property.prefix.assign(block.begin(), begin);
-    property.value.assign(begin, block.end());
+    const auto block = property::blockOf(field);
+    const auto value = field.valueKind == host::kindBlock ? property::payloadOf(field) : block;
+    const auto prefix = block.first(block.size() - value.size());
+    listed.prefix.assign(prefix.begin(), prefix.end());
+    listed.value.assign(value.begin(), value.end());
     return;
   }
   const bool isShort =
       field.valueKind == host::kindNumber16 || field.valueKind == host::kindNumber16Unsigned;
   std::array<std::uint8_t, 4> number = {};
   std::memcpy(number.data(), &field.data, number.size());
-  property.value.assign(number.begin(), number.begin() + (isShort ? 2 : 4));
+  listed.value.assign(number.begin(), number.begin() + (isShort ? 2 : 4));
 }
 
-Property readField(const TagTables& tables, const PropertyField& field) {
+// What nobody could read, a text of blanks, is left out too.
+std::string formattedUnlessRaw(const exif::DisplayText& shown, const exif::DisplayText& raw) {
+  const bool says =
+      shown.view() != raw.view() && shown.view().find_first_not_of(' ') != std::string_view::npos;
+  return says ? std::string(shown.view()) : std::string();
+}
+
+std::string formattedExif(HMODULE resources, PropertyGroup group, const PropertyField& field) {
+  exif::DisplayText raw;
+  if (exif::fieldToText(field, raw) == 0) return "";
+  const exif::DisplayText shown = group == PropertyGroup::exif
+                                      ? exif::formatExifValue(resources, field, raw)
+                                      : exif::formatGpsValue(field, raw);
+  return formattedUnlessRaw(shown, raw);
+}
+
+std::string formattedIptc(PropertyField& field) {
+  std::array<char, exif::iptcNumberText> buffer = {};
+  char* text = buffer.data();
+  exif::convertFieldText({&field, 1}, 0, exif::TextDirection::fieldToText, &text);
+  return text;
+}
+
+std::string formatted(HMODULE resources, PropertyGroup group, PropertyField& field) {
+  if (group == PropertyGroup::iptc) return formattedIptc(field);
+  const bool hasRules = group == PropertyGroup::exif || group == PropertyGroup::gps;
+  return hasRules ? formattedExif(resources, group, field) : "";
+}
+
+Property readField(HMODULE resources, const TagTables& tables, PropertyField& field) {
   Property property = {};
   property.group = groupOf(field);
   property.id = field.fieldId;
   property.valueKind = field.valueKind;
   property.tiffType = hasTiffType(property.group) ? u16{field.sourceGroup} : u16{0};
   property.tag = tagOf(tables, property.group, field);
-  const void* end = std::memchr(field.name, '\0', sizeof field.name);
-  property.name.assign(
-      field.name, end != nullptr ? static_cast<const char*>(end) : field.name + sizeof field.name);
+  property.name.assign(field.name, strnlen(field.name, sizeof field.name));
   takeValue(field, property);
+  property.formatted = formatted(resources, property.group, field);
   return property;
 }
 
@@ -137,12 +158,20 @@ LockedFields::LockedFields(const FileData& fileData)
              std::min<std::size_t>(static_cast<std::size_t>(header->fieldCount), room)};
 }
 
+void LockedFields::setCount(std::size_t count) const noexcept {
+  auto* header = lock_.as<host::PropertyHeader>();
+  if (header == nullptr) return;
+  header->fieldCount = static_cast<host::i32>(count);
+  header->recordSize = static_cast<host::u32>(sizeof *header + count * sizeof(PropertyField));
+}
+
 std::vector<Property> readProperties(const Session& session, const FileData& fileData) {
   const TagTables tables(session.utilities);
   std::vector<Property> properties;
   const LockedFields locked(fileData);
-  for (const PropertyField& field : locked.fields()) {
-    if (field.fieldId != host::fieldHeader) properties.push_back(readField(tables, field));
+  for (PropertyField& field : locked.fields()) {
+    if (field.fieldId == host::fieldHeader) continue;
+    properties.push_back(readField(session.resources.handle(), tables, field));
   }
   return properties;
 }

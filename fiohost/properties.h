@@ -27,6 +27,8 @@ struct Property {
   std::vector<std::uint8_t> value;  // behind the prefix of a block; of a number its own bytes
   // The four bytes in front of a block: of a raw segment its marker and length.
   std::vector<std::uint8_t> prefix;
+  // As the rules for well-known tags format the value; empty where they leave it as it is.
+  std::string formatted;
 };
 
 // The fields of a record of file data, locked and open to change; none when it has no record.
@@ -36,6 +38,8 @@ class LockedFields {
 
   [[nodiscard]] HGLOBAL record() const noexcept { return record_; }
   [[nodiscard]] std::span<host::PropertyField> fields() const noexcept { return fields_; }
+  // Makes the record end behind so many fields; it must have them.
+  void setCount(std::size_t count) const noexcept;
 
  private:
   HGLOBAL record_;

@@ -161,6 +161,7 @@ std::string hexTag(unsigned tag) {
 std::string valueText(const Property& property, bool exact) {
   const Bytes& value = property.value;
   if (isSummary(property)) return byteCount(value);
+  if (!exact && !property.formatted.empty()) return property.formatted;
   if (property.valueKind == host::kindText) return plainText(value);
   if (property.valueKind == host::kindDateTime) return dateTimeText(value);
   if (property.valueKind != host::kindBlock) {

@@ -8,7 +8,8 @@
 
 namespace fiohost {
 
-// exact: rationals as fractions and every byte of a value, in place of what is quick to read.
+// As the rules for well-known tags format the value, else in words that are quick to read. exact:
+// numbers as they are stored, rationals as fractions and every byte of a value.
 [[nodiscard]] std::string valueText(const Property& property, bool exact);
 
 // Where the field comes from: "EXIF tag 0x829A, RATIONAL", "IPTC dataset 2:105", "APP1".

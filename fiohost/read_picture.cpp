@@ -1,7 +1,6 @@
 #include "fiohost/read_picture.h"
 
 #include "fiohost/explain.h"
-#include "fiohost/row_receiver.h"
 #include "fiohost/thumbnail.h"
 
 namespace fiohost {
@@ -50,21 +49,29 @@ void runRead(const Session& session, Described& described, RowReceiver& receiver
 
 }  // namespace
 
-PictureShape readPicture(const Session& session, const SourceFile& file, Described& described,
-                         const ReadOptions& options, const std::string& outputName) {
+PictureShape deliverPicture(const Session& session, const SourceFile& file, Described& described,
+                            const ReadOptions& options, const RowReceiver::BeginPass& begin) {
   const Plan plan =
       options.thumbnail ? planThumbnail(session, file, described) : planPicture(described, options);
+  Progress progress(file.name());
+  RowReceiver receiver({begin, options.box}, plan.bytesPerPixel, plan.size, progress);
+  *receiver.request() = plan.request;
+  runRead(session, described, receiver);
+  receiver.finish();
+  return receiver.shape();
+}
+
+PictureShape readPicture(const Session& session, const SourceFile& file, Described& described,
+                         const ReadOptions& options, const std::string& outputName) {
+  MakeRowWriter* makeWriter = writerFor(outputName);
   OutputFile output(outputName);
-  PictureShape written = {};
-  {
-    Progress progress(file.name());
-    RowReceiver receiver({writerFor(outputName), &output, options.box}, plan.bytesPerPixel,
-                         plan.size, progress);
-    *receiver.request() = plan.request;
-    runRead(session, described, receiver);
-    receiver.finish();
-    written = receiver.shape();
-  }
+  bool begun = false;
+  const PictureShape written =
+      deliverPicture(session, file, described, options, [&](const PictureShape& shape) {
+        if (begun) output.restart();
+        begun = true;
+        return makeWriter(output, shape);
+      });
   output.commit();
   return written;
 }

@@ -41,7 +41,6 @@ void RowReceiver::take(host::u32 firstRow, host::u32 width, host::u32 rowCount,
   if (firstRow == 0 && (flags & flagLaterPass) != 0 && nextRow_ > 0) {
     // A better rendering of the same picture: it replaces what was written.
     writer_.reset();
-    target_.output->restart();
     beginPass(width);
   }
   if (width != delivered_.width || firstRow != nextRow_ ||
@@ -65,7 +64,7 @@ void RowReceiver::beginPass(host::u32 width) {
   display_.resize(std::size_t{width} * channels);
   shrinker_.reset();
   if (shrink) shrinker_.emplace(delivered_, written, channels);
-  writer_ = target_.makeWriter(*target_.output, shape_);
+  writer_ = target_.begin(shape_);
   nextRow_ = 0;
 }
 

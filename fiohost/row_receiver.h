@@ -3,6 +3,7 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -16,9 +17,11 @@ namespace fiohost {
 
 class RowReceiver {
  public:
+  // The writer of a pass. A later pass begins the same picture anew and has its own.
+  using BeginPass = std::function<std::unique_ptr<RowWriter>(const PictureShape& shape)>;
+
   struct Target {
-    MakeRowWriter* makeWriter;
-    OutputFile* output;
+    BeginPass begin;
     std::optional<Size> box;  // the picture is reduced to fit inside
   };
 

@@ -50,12 +50,26 @@ std::string whyDropped(const JpegSegment& segment, const SaveIntent& intent) {
   return intent.dropMetadata ? "--drop-metadata was given" : "the plug-in did not keep it";
 }
 
+// Null when the segment's values were not set, or it is not there any more.
+const char* whyEdited(const JpegSegment& segment, Unclaimed& saved, const EditedParts& edited) {
+  if (edited.cameraData && isCameraData(segment) && saved.claim(&isCameraData)) {
+    return "its values were set";
+  }
+  if (edited.iptc && isPhotoshop(segment) && saved.claim(&isPhotoshop)) {
+    return "its IPTC values were set";
+  }
+  if (edited.exif && isExif(segment) && saved.claim(&isExif)) {
+    return "built anew from its values, with a new thumbnail";
+  }
+  return nullptr;
+}
+
 SegmentOutcome outcomeOf(const JpegSegment& segment, Unclaimed& saved, const SaveIntent& intent) {
   SegmentOutcome outcome = {segmentName(segment), segment.payload.size(), SegmentFate::kept, ""};
   if (saved.claim([&](const JpegSegment& other) { return other == segment; })) return outcome;
-  if (intent.cameraData && isCameraData(segment) && saved.claim(&isCameraData)) {
+  if (const char* reason = whyEdited(segment, saved, intent.edited)) {
     outcome.fate = SegmentFate::changed;
-    outcome.reason = "its values were set";
+    outcome.reason = reason;
     return outcome;
   }
   const bool rewritten =
@@ -75,8 +89,9 @@ std::vector<SegmentOutcome> compareLayouts(const JpegLayout& source, const JpegL
     outcomes.push_back(outcomeOf(segment, unclaimed, intent));
   }
   for (const JpegSegment* segment : unclaimed.left()) {
-    outcomes.push_back({segmentName(*segment), segment->payload.size(), SegmentFate::added,
-                        "written by the codec"});
+    const char* reason = isExif(*segment) ? "built from the values" : "written by the codec";
+    outcomes.push_back(
+        {segmentName(*segment), segment->payload.size(), SegmentFate::added, reason});
   }
   if (source.trailingBytes > 0) {
     outcomes.push_back({"data behind the picture", source.trailingBytes, SegmentFate::dropped,

@@ -18,10 +18,17 @@ struct SegmentOutcome {
   std::string reason;  // empty for a kept segment
 };
 
+// The segments whose values were set.
+struct EditedParts {
+  bool cameraData = false;
+  bool exif = false;
+  bool iptc = false;
+};
+
 struct SaveIntent {
   bool dropMetadata = false;
   bool jfif = true;
-  bool cameraData = false;  // its values were set
+  EditedParts edited = {};
 };
 
 // Every segment of the source in its order, then what the saved file has beside them.

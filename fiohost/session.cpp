@@ -9,6 +9,11 @@ std::filesystem::path pluginFolder() { return platform::programFile().parent_pat
 Session::Session() : Session(pluginFolder()) {}
 
 Session::Session(const std::filesystem::path& folder)
-    : codec(folder), exif(folder), utilities(folder), reports(folder), plugin(folder) {}
+    : codec(folder),
+      exif(folder),
+      utilities(folder),
+      reports(folder),
+      plugin(folder),
+      resources(folder.parent_path() / "KFRES.DLL") {}
 
 }  // namespace fiohost

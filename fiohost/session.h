@@ -20,6 +20,7 @@ struct Session {
   FileUtilities utilities;
   ErrorReports reports;
   Plugin plugin;
+  Module resources;  // KFRES.DLL: labels and value names
 };
 
 }  // namespace fiohost

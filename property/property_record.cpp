@@ -67,17 +67,6 @@ std::span<PropertyField> PropertyRecord::fields() const noexcept {
   return {first, std::min(room, static_cast<std::size_t>(head->fieldCount))};
 }
 
-bool ownsBlock(const PropertyField& field) noexcept {
-  return (field.valueKind == host::kindBlock || field.valueKind == host::kindText) &&
-         field.data != 0;
-}
-
-std::span<u8> blockOf(const PropertyField& field) noexcept {
-  if (!ownsBlock(field)) return {};
-  const SIZE_T real = GlobalSize(reinterpret_cast<HGLOBAL>(field.data));
-  return {reinterpret_cast<u8*>(field.data), std::min<std::size_t>(field.dataSize, real)};
-}
-
 std::span<u8> dataBlockOf(const PropertyField& field) noexcept {
   if (field.valueKind != host::kindBlock) return {};
   const std::span<u8> block = blockOf(field);

@@ -8,6 +8,7 @@
 #include "host/file_data.h"
 #include "host/property_record.h"
 #include "platform/global_memory.h"
+#include "property/field_block.h"
 
 namespace property {
 
@@ -36,13 +37,6 @@ class PropertyRecord {
 };
 
 using Fields = std::span<const host::PropertyField>;
-
-// True for the kinds whose value is a data block of the record's.
-[[nodiscard]] bool ownsBlock(const host::PropertyField& field) noexcept;
-
-// The bytes of a text's or a block field's data block: as many as its size word says, but no more
-// than there are. Empty when it has no block.
-[[nodiscard]] std::span<host::u8> blockOf(const host::PropertyField& field) noexcept;
 
 // The data block of a block field; empty when there is none or its size word is below the prefix.
 [[nodiscard]] std::span<host::u8> dataBlockOf(const host::PropertyField& field) noexcept;

@@ -48,6 +48,7 @@ std::unique_ptr<Command> makeMpoCommand();
 std::unique_ptr<Command> makeMpoBuildCommand();  // a part of the one before
 std::unique_ptr<Command> makePropertiesCommand();
 std::unique_ptr<Command> makeReadCommand();
+std::unique_ptr<Command> makeSetCommand();
 std::unique_ptr<Command> makeSettingsCommand();
 std::unique_ptr<Command> makeShowCommand();
 

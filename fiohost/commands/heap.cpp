@@ -1,3 +1,4 @@
+#include "fiohost/changes.h"
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
 #include "fiohost/convert_picture.h"
@@ -9,12 +10,6 @@ namespace fiohost {
 namespace {
 
 using nlohmann::ordered_json;
-
-std::string checkChange(const std::string& text) {
-  const std::size_t equals = text.find('=');
-  if (equals != std::string::npos && equals > 0) return "";
-  return "\"" + text + "\" is no NAME=VALUE";
-}
 
 class HeapCommand : public Command {
  public:
@@ -50,12 +45,12 @@ class HeapCommand : public Command {
   FileResult save(const Session& session, const std::string& name) const {
     const SourceFile file(name);
     HeapEdits edits(session, changes_);
-    const MetadataEdit edit = {[&](const FileData& fileData) { edits.apply(fileData); },
+    const MetadataEdit edit = {[&](FileData& fileData) {
+                                 edits.apply(fileData);
+                                 return EditedParts{.cameraData = true};
+                               },
                                [&](const SourceFile& saved) { edits.verify(saved); }};
-    ConvertOptions options;
-    options.keepSourceSettings = true;
-    options.replace = replace_;
-    return savedResult(name, convertPicture(session, file, output_, options, &edit));
+    return savedWith(session, file, output_, replace_, edit);
   }
 
   std::string file_;

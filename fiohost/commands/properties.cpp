@@ -24,7 +24,7 @@ class PropertiesCommand : public Command {
   void declare(CLI::App& arguments) override {
     arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
-    arguments.add_flag("--raw", raw_, "fractions and bytes as they are stored");
+    arguments.add_flag("--raw", raw_, "numbers, fractions and bytes as they are stored");
     arguments
         .add_option("--image", image_,
                     "an image of a multi-picture file, by its number in \"mpo info\"")

@@ -51,6 +51,14 @@ FileResult savedResult(const std::string& input, const Converted& saved) {
            {"segments", outcomesInJson(saved.segments)}}};
 }
 
+FileResult savedWith(const Session& session, const SourceFile& file, const std::string& output,
+                     bool replace, const MetadataEdit& edit) {
+  ConvertOptions options;
+  options.keepSourceSettings = true;
+  options.replace = replace;
+  return savedResult(file.name(), convertPicture(session, file, output, options, &edit));
+}
+
 ExitCode serveFiles(const std::vector<std::string>& files, bool json,
                     const std::function<FileResult(const std::string&)>& serve) {
   ordered_json all = ordered_json::array();

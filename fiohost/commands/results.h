@@ -27,6 +27,11 @@ struct FileResult {
 // What became of an input that was saved anew.
 [[nodiscard]] FileResult savedResult(const std::string& input, const Converted& saved);
 
+// Saves an input with edited metadata, its settings kept. replace: an existing output.
+[[nodiscard]] FileResult savedWith(const Session& session, const SourceFile& file,
+                                   const std::string& output, bool replace,
+                                   const MetadataEdit& edit);
+
 // Serves each file on its own: a failure is told and the next file's turn comes. With json the
 // results come as one array in the files' order, a failed file as {"file", "error"}.
 ExitCode serveFiles(const std::vector<std::string>& files, bool json,

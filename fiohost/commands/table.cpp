@@ -14,6 +14,7 @@ constexpr std::array commands = {
     CommandEntry{"properties", "list or extract what is known beside the picture",
                  &makePropertiesCommand},
     CommandEntry{"read", "decode a picture into a PNG, BMP or PPM file", &makeReadCommand},
+    CommandEntry{"set", "set EXIF, GPS and IPTC values", &makeSetCommand},
     CommandEntry{"show", "describe pictures and decode each to a PNG in the current folder",
                  &makeShowCommand},
     CommandEntry{"settings", "show or change the save options", &makeSettingsCommand},

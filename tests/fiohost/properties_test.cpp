@@ -9,6 +9,7 @@ using support::JpegBuilder;
 using support::TiffBuilder;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 using TiffOrder = support::ByteOrder;
 
 support::Bytes tiffOf(TiffOrder order) {
@@ -74,8 +75,8 @@ TEST_F(PropertiesTest, ListsExifGpsAndIptcInBothByteOrders) {
     EXPECT_EQ(maker["type"], "ASCII");
     EXPECT_EQ(maker["value"], "Maker");
     EXPECT_EQ(maker["from"], "EXIF tag 0x010F, ASCII");
-    EXPECT_EQ(field(picture, "Exposure time")["value"], "0.004");
-    EXPECT_EQ(field(picture, "Exposure bias")["value"], "-0.3333333333");
+    EXPECT_EQ(field(picture, "Exposure time")["value"], "1/250 sec");
+    EXPECT_EQ(field(picture, "Exposure bias")["value"], "-0.3 EV");
     EXPECT_EQ(field(picture, "Photographic sensitivity (ISO)")["value"], "100 200");
     EXPECT_EQ(field(picture, "User comment")["value"], "100 bytes");
     const nlohmann::json title = field(picture, "Object name");
@@ -101,13 +102,53 @@ TEST_F(PropertiesTest, RawTellsFractionsAndEveryByte) {
   EXPECT_EQ(field(picture, "User comment")["value"].get<std::string>().size(), 200U);
 }
 
+// Every kind of rule once; what no rule formats keeps the program's own words.
+TEST_F(PropertiesTest, FormatsWellKnownValuesAsTheRulesSay) {
+  TiffBuilder tiff;
+  tiff.exif()
+      .rationals(0x829D, {{28, 10}})
+      .shorts(0x8822, {3})
+      .undefined(0x9000, support::bytesOf("0220"))
+      .text(0x9003, "2008:12:31 23:59:58")
+      .undefined(0x9101, {1, 2, 3, 0})
+      .shorts(0x9209, {16})
+      .undefined(0x9286, support::bytesOf("Hello"))
+      .shorts(0xA001, {2})
+      .rationals(0xA215, {{5, 2}});
+  tiff.gps().bytes(0, {2, 2, 0, 0}).rationals(2, {{48, 1}, {30, 1}, {0, 1}});
+  add(JpegBuilder().exif(tiff.build()));
+  const nlohmann::json picture = properties();
+  const auto value = [&](const char* name) {
+    return field(picture, name)["value"].get<std::string>();
+  };
+  EXPECT_EQ(value("F-number"), "F/2.8");
+  EXPECT_EQ(value("Exposure program"), "Aperture priority");
+  EXPECT_EQ(value("Exif version"), "2.2 ");
+  EXPECT_THAT(value("Date and time taken"), testing::EndsWith(" 23:59:58"));
+  EXPECT_THAT(value("Date and time taken"), Not(HasSubstr("2008:12:31")));
+  EXPECT_EQ(value("Meaning of each component"), "Y Cb Cr  ");
+  EXPECT_EQ(value("Flash"), "Flash did not fire");
+  EXPECT_EQ(value("User comment"), "Hello");
+  EXPECT_EQ(value("Colour space"), "2");
+  EXPECT_EQ(value("Exposure index"), "2.5");
+  EXPECT_EQ(value("GPS tag version"), "2,2,0,0");
+  EXPECT_EQ(value("Latitude"), "48 30 0");
+}
+
+TEST_F(PropertiesTest, TheRecordVersionOfIptcIsANumber) {
+  const support::Bytes version = {'8', 'B', 'I',  'M', 4, 4, 0, 0, 0, 0,
+                                  0,   8,   0x1C, 2,   0, 0, 2, 0, 4, 0};
+  add(JpegBuilder().photoshop(version));
+  EXPECT_EQ(field(properties(), "Record version")["value"], "4.0");
+}
+
 TEST_F(PropertiesTest, TellsWordsWithoutJson) {
   add(JpegBuilder().exif(tiffOf(TiffOrder::little)));
   const ProcessResult result = run({"properties", "picture.jpg"});
   EXPECT_EQ(result.exitCode, 0);
   EXPECT_THAT(result.out, HasSubstr("picture.jpg\n"));
   EXPECT_THAT(result.out, HasSubstr("Camera make"));
-  EXPECT_THAT(result.out, HasSubstr("0.004   [EXIF tag 0x829A, RATIONAL]\n"));
+  EXPECT_THAT(result.out, HasSubstr("1/250 sec   [EXIF tag 0x829A, RATIONAL]\n"));
 }
 
 TEST_F(PropertiesTest, SaysThatAPictureHasNoMetadata) {

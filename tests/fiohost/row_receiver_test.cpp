@@ -19,8 +19,11 @@ class RowReceiverTest : public testing::Test {
       : output_(platform::displayPath(folder_.path() / "out.ppm")), progress_("test") {}
 
   std::unique_ptr<RowReceiver> receiver(const Size& size, std::optional<Size> box = {}) {
-    return std::make_unique<RowReceiver>(RowReceiver::Target{&makePpmWriter, &output_, box}, 1U,
-                                         size, progress_);
+    const auto begin = [this](const PictureShape& shape) {
+      output_.restart();
+      return makePpmWriter(output_, shape);
+    };
+    return std::make_unique<RowReceiver>(RowReceiver::Target{begin, box}, 1U, size, progress_);
   }
   static int deliver(RowReceiver& receiver, host::u32 row, host::u32 width, host::u8 grey,
                      host::u16 flags) {
