@@ -1,12 +1,10 @@
 // Owner types for what the window system gives out.
 #pragma once
 
-#include <commctrl.h>
-
 #include <memory>
 #include <type_traits>
 
-#include "platform/system.h"
+#include "platform/common_controls.h"
 
 namespace viewer {
 
