@@ -71,7 +71,7 @@ class Sheet {
     framed_.reserve(pages.size());
     titles_.reserve(pages.size());
     for (const PropertyPage& page : pages) addPage(page, header);
-    header_.dwSize = PROPSHEETHEADERW_V2_SIZE;
+    header_.dwSize = sizeof header_;
     header_.dwFlags = PSH_PROPSHEETPAGE | PSH_NOAPPLYNOW | PSH_NOCONTEXTHELP;
     header_.hwndParent = owner;
     header_.pszCaption = caption_.c_str();
