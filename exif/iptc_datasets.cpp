@@ -9,6 +9,7 @@
 #include "exif/field_room.h"
 #include "exif/tag_tables.h"
 #include "frame/module.h"
+#include "property/field_block.h"
 
 namespace exif {
 namespace {
@@ -113,18 +114,6 @@ bool isIptcField(const PropertyField& field) noexcept {
   return field.fieldId >= host::fieldIptcFirst && field.fieldId <= host::fieldIptcLast;
 }
 
-bool hasDataBlock(const PropertyField& field) noexcept {
-  return (field.valueKind == host::kindText || field.valueKind == host::kindBlock) &&
-         field.data != 0;
-}
-
-// The bytes that the field's block really has.
-Bytes dataOf(const PropertyField& field) noexcept {
-  if (!hasDataBlock(field)) return {};
-  const SIZE_T real = GlobalSize(reinterpret_cast<HGLOBAL>(field.data));
-  return {reinterpret_cast<const u8*>(field.data), std::min<std::size_t>(field.dataSize, real)};
-}
-
 // The write position moves on whatever the buffer holds, so that counting and writing agree.
 class DatasetWriter {
  public:
@@ -140,7 +129,7 @@ class DatasetWriter {
                                static_cast<u8>(field.dataSize >> 8),
                                static_cast<u8>(field.dataSize)};
     copy(position_, head);
-    copy(position_ + headSize, dataOf(field));
+    copy(position_ + headSize, property::blockOf(field));
     position_ += headSize + u64{field.dataSize};
     total_ += headSize + u64{field.dataSize};
   }
@@ -197,7 +186,8 @@ u64 serialiseDatasets(std::span<const PropertyField> fields, std::span<u8> buffe
   const u64 total = writeDatasets(fields, buffer);
   constexpr u32 largestInline = 4;
   for (const PropertyField& field : fields) {
-    if (!isIptcField(field) || field.dataSize <= largestInline || !hasDataBlock(field)) continue;
+    if (!isIptcField(field) || field.dataSize <= largestInline || !property::ownsBlock(field))
+      continue;
     GlobalUnlock(reinterpret_cast<HGLOBAL>(field.data));
   }
   return total;

@@ -1,14 +1,12 @@
 #include "exif/iptc_text.h"
 
-#include <algorithm>
 #include <cctype>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <limits>
 
+#include "exif/number_scan.h"
 #include "exif/tag_tables.h"
-#include "platform/global_memory.h"
+#include "property/field_block.h"
 
 namespace exif {
 namespace {
@@ -30,35 +28,9 @@ bool isRecordVersion(const PropertyField& field) noexcept {
   return false;
 }
 
-bool hasDataBlock(const PropertyField& field) noexcept {
-  return (field.valueKind == host::kindText || field.valueKind == host::kindBlock) &&
-         field.data != 0;
-}
-
-void dropData(PropertyField& field) noexcept {
-  if (hasDataBlock(field)) GlobalFree(reinterpret_cast<HGLOBAL>(field.data));
-  field.data = 0;
-  field.dataSize = 0;
-}
-
-void setData(PropertyField& field, Bytes data) noexcept {
-  platform::OwnedGlobal block(platform::fixedZeroed, data.size());
-  if (!block) return;
-  std::memcpy(block.get(), data.data(), data.size());
-  field.dataSize = static_cast<u32>(data.size());
-  field.data = reinterpret_cast<u64>(block.release());
-}
-
 bool isBlank(const char* text) noexcept {
   while (std::isspace(static_cast<unsigned char>(*text)) != 0) ++text;
   return *text == '\0';
-}
-
-// The leading number of a text in the width that a host's long has; 0 when there is none.
-u32 leadingNumber(const char* text) noexcept {
-  const long long number = std::strtoll(text, nullptr, 10);
-  return static_cast<u32>(static_cast<i32>(std::clamp<long long>(
-      number, std::numeric_limits<i32>::min(), std::numeric_limits<i32>::max())));
 }
 
 // A version number is kept as a zero byte and one byte per hexadecimal digit: the program's own
@@ -67,40 +39,35 @@ void setRecordVersion(PropertyField& field, const char* text) noexcept {
   if (isBlank(text)) return;
   constexpr std::size_t mostDigits = 8;
   u8 bytes[1 + mostDigits] = {};
-  const u32 number = leadingNumber(text);
+  const auto number = static_cast<u32>(NumberScan(text).decimal().value_or(0));
   std::size_t digits = 0;
   while (digits < mostDigits && (number >> (4 * digits)) != 0) ++digits;
   for (std::size_t digit = 0; digit < digits; ++digit) {
     bytes[1 + digit] = static_cast<u8>(number >> (4 * (digits - 1 - digit)) & 0xF);
   }
-  setData(field, Bytes(bytes).first(1 + digits));
+  property::giveBlock(field, {Bytes(bytes).first(1 + digits)});
 }
 
 void setText(PropertyField& field, const char* text) noexcept {
   const bool isVersion = isRecordVersion(field);
   const bool isText = field.valueKind == host::kindText;
-  dropData(field);
+  property::dropBlock(field);
   if (isVersion) {
     setRecordVersion(field, text);
   } else if (isText) {
-    setData(field, {reinterpret_cast<const u8*>(text), std::strlen(text) + 1});
+    property::giveBlock(field, {{reinterpret_cast<const u8*>(text), std::strlen(text) + 1}});
   }
 }
 
 void printRecordVersion(const PropertyField& field, char* buffer) noexcept {
   u32 version = 0;
-  if (hasDataBlock(field)) {
-    const SIZE_T real = GlobalSize(reinterpret_cast<HGLOBAL>(field.data));
-    const Bytes digits(reinterpret_cast<const u8*>(field.data),
-                       std::min<std::size_t>(field.dataSize, real));
-    for (const u8 digit : digits) version = version * 16 + digit;
-  }
+  for (const u8 digit : property::blockOf(field)) version = version * 16 + digit;
   std::snprintf(buffer, iptcNumberText, "%d.0", static_cast<i32>(version));
 }
 
 void getText(const PropertyField& field, char** text) noexcept {
   if (isRecordVersion(field)) return printRecordVersion(field, *text);
-  if (hasDataBlock(field) && field.valueKind == host::kindText) {
+  if (property::ownsBlock(field) && field.valueKind == host::kindText) {
     *text = reinterpret_cast<char*>(field.data);
   } else {
     **text = '\0';

@@ -3,11 +3,10 @@
 
 #include <span>
 
+#include "exif/text_direction.h"
 #include "host/property_record.h"
 
 namespace exif {
-
-enum class TextDirection { fieldToText = 0, textToField = 1 };
 
 // What a caller's buffer must hold for a field that is no text.
 inline constexpr std::size_t iptcNumberText = 16;

@@ -14,6 +14,7 @@ enum class HeapMemory : host::i32 {
   heapField,
   textField,
   writtenHeap,
+  treeItems,
 };
 
 inline void reportHeapMemory(HeapMemory place) noexcept {

@@ -2,6 +2,7 @@
 
 #include <bit>
 
+#include "frame/resource_text.h"
 #include "property/heap_date.h"
 #include "property/heap_item_value.h"
 
@@ -22,12 +23,6 @@ struct Formatted {
   std::string text;
   u32 number;
 };
-
-std::string loadText(HMODULE resources, u16 id) {
-  char text[256] = {};
-  LoadStringA(resources, id, text, sizeof text);
-  return text;
-}
 
 Formatted formatCharacters(std::string_view text) {
   u32 number = 0;
@@ -156,7 +151,7 @@ u32 unknownRowCount(const ParsedHeap& heap, i32 index) noexcept {
 void appendLabels(HMODULE resources, u16 itemString, Formatted& formatted) {
   for (const HeapLabel& label : heapLabelsOf(itemString)) {
     if ((formatted.number & label.mask) == label.match) {
-      formatted.text += loadText(resources, label.string);
+      formatted.text += frame::resourceText(resources, label.string);
     }
   }
 }

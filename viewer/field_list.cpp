@@ -1,0 +1,95 @@
+#include "viewer/field_list.h"
+
+#include "frame/module.h"
+#include "frame/resource_text.h"
+#include "viewer/clipboard.h"
+#include "viewer/wide_text.h"
+#include "viewer/window_handles.h"
+
+namespace viewer {
+namespace {
+
+constexpr UINT firstColumnTitle = 750;
+constexpr int columnTextLimit = 128;
+constexpr int defaultDpi = 96;
+
+int scaled(HWND window, int pixels) noexcept {
+  const WindowContext context(window);
+  return MulDiv(pixels, GetDeviceCaps(context.get(), LOGPIXELSX), defaultDpi);
+}
+
+// The arrow keys select only after their own notification, so the selection's is heard too.
+bool isNewSelection(const NMHDR& notification) noexcept {
+  if (notification.code != LVN_ITEMCHANGED) return false;
+  const auto& change = reinterpret_cast<const NMLISTVIEW&>(notification);
+  return (change.uChanged & LVIF_STATE) != 0 &&
+         ((change.uNewState & ~change.uOldState) & LVIS_SELECTED) != 0;
+}
+
+}  // namespace
+
+bool FieldList::addColumn(int index, int width) const {
+  std::wstring title = wideText(
+      frame::resourceText(frame::resourceLibrary(), firstColumnTitle + static_cast<UINT>(index)));
+  LVCOLUMNW column = {};
+  column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+  column.pszText = title.data();
+  column.cchTextMax = columnTextLimit;
+  column.cx = scaled(window_, width);
+  column.iSubItem = index;
+  return SendMessageW(window_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index),
+                      reinterpret_cast<LPARAM>(&column)) == index;
+}
+
+bool FieldList::addColumns() const {
+  SendMessageW(window_, LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
+               LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER);
+  return addColumn(0, layout_.nameWidth) && addColumn(1, layout_.valueWidth);
+}
+
+void FieldList::addRow(int index, const FieldRow& row) const {
+  std::wstring name = wideText(row.name);
+  std::wstring value = wideText(row.value);
+  LVITEMW item = {};
+  item.mask = LVIF_TEXT;
+  item.iItem = index;
+  item.pszText = name.data();
+  SendMessageW(window_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  item.iSubItem = 1;
+  item.pszText = value.data();
+  SendMessageW(window_, LVM_SETITEMTEXTW, static_cast<WPARAM>(index),
+               reinterpret_cast<LPARAM>(&item));
+}
+
+void FieldList::addRows(const std::vector<FieldRow>& rows) const {
+  int index = 0;
+  for (const FieldRow& row : rows) addRow(index++, row);
+}
+
+int FieldList::selectedRow() const noexcept {
+  if (ListView_GetSelectedCount(window_) == 0) return noRow;
+  const int rows = ListView_GetItemCount(window_);
+  for (int row = 0; row < rows; ++row) {
+    if (ListView_GetItemState(window_, row, LVIS_SELECTED) == LVIS_SELECTED) return row;
+  }
+  return noRow;
+}
+
+FieldList::Request FieldList::requestOf(const NMHDR& notification) const noexcept {
+  if (notification.idFrom != static_cast<UINT_PTR>(layout_.controlId)) return Request::none;
+  if (isNewSelection(notification)) return Request::showValue;
+  switch (notification.code) {
+    case NM_CLICK:
+    case NM_DBLCLK:
+      return Request::showValue;
+    case LVN_KEYDOWN:
+      if (!isCopyKey(reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey)) {
+        return Request::showValue;
+      }
+      return GetKeyState(VK_SHIFT) < 0 ? Request::copyPage : Request::copyRow;
+    default:
+      return Request::none;
+  }
+}
+
+}  // namespace viewer
