@@ -1,13 +1,13 @@
 # Loadable modules with a fixed export list, the same on both systems.
 
 # The export list of a .def file: names into OUT_NAMES, "ordinal=name" pairs into OUT_ORDINALS.
-# Exports marked "; window" open windows and exist on Windows only.
+# Exports that open windows, as their names say, exist on Windows only and are left out.
 function(kf_read_exports def out_names out_ordinals)
   file(STRINGS ${def} lines)
   set(names)
   set(ordinals)
   foreach(line IN LISTS lines)
-    if(line MATCHES "^(LIBRARY|EXPORTS)|; *window")
+    if(line MATCHES "^(LIBRARY|EXPORTS)|Show|WinHelp")
       continue()
     endif()
     if(line MATCHES "^([A-Za-z_0-9]+)")
