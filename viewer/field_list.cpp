@@ -49,7 +49,7 @@ bool FieldList::addColumns() const {
 
 void FieldList::addRow(int index, const FieldRow& row) const {
   std::wstring name = wideText(row.name);
-  std::wstring value = wideText(row.value);
+  std::wstring value = wideText(lineText(row.value));
   LVITEMW item = {};
   item.mask = LVIF_TEXT;
   item.iItem = index;

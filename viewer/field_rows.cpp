@@ -45,9 +45,20 @@ std::string iptcBoxText(std::span<PropertyField> fields, std::size_t row) {
   return displayText(fields, row);
 }
 
+std::string lineText(const std::string& value) {
+  std::string text = value;
+  for (const char* gap : {"\r\n", "\n", "\r", "\t"}) {
+    const std::size_t length = std::strlen(gap);
+    for (std::size_t at = text.find(gap); at != std::string::npos; at = text.find(gap, at)) {
+      text.replace(at, length, " ");
+    }
+  }
+  return text;
+}
+
 std::string rowsAsText(const std::vector<FieldRow>& rows) {
   std::string text;
-  for (const FieldRow& row : rows) text += row.name + "\t" + row.value + "\r\n";
+  for (const FieldRow& row : rows) text += row.name + "\t" + lineText(row.value) + "\r\n";
   return text;
 }
 

@@ -23,7 +23,10 @@ struct FieldRow {
 // index is the row's number, whatever the row shows (kept: hosts know the page like this).
 [[nodiscard]] std::string iptcBoxText(std::span<host::PropertyField> fields, std::size_t row);
 
-// Rows for the clipboard: "name, tab, value" each on a line.
+// A value on one line, as a list shows it: line ends and tabs are spaces.
+[[nodiscard]] std::string lineText(const std::string& value);
+
+// Rows for the clipboard: "name, tab, value", each on one line.
 [[nodiscard]] std::string rowsAsText(const std::vector<FieldRow>& rows);
 
 // A value as a text box takes it: lines end with a carriage return and a line feed.

@@ -70,7 +70,13 @@ TEST_F(FieldRows, AFieldThatIsNoTextIsEmpty) {
 
 TEST(RowText, TheClipboardGetsALineForEveryRow) {
   EXPECT_EQ(viewer::rowsAsText({{"City", "Wien"}, {"Date", ""}}), "City\tWien\r\nDate\t\r\n");
+  EXPECT_EQ(viewer::rowsAsText({{"Text", "a\nb"}}), "Text\ta b\r\n");
   EXPECT_EQ(viewer::rowsAsText({}), "");
+}
+
+TEST(RowText, TheListGetsALineEndAsOneSpace) {
+  EXPECT_EQ(viewer::lineText("plain"), "plain");
+  EXPECT_EQ(viewer::lineText("a\r\nb\nc\rd\te"), "a b c d e");
 }
 
 TEST(RowText, TheBoxGetsItsOwnLineEnds) {
