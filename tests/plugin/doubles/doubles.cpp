@@ -45,6 +45,7 @@ void Doubles::reset() {
   exifBeginWide = [](auto...) { return nullptr; };
   thumbnailData = [](auto...) { return -1; };
   shrink = [](auto...) {};
+  showProperty = [](auto&&...) { return 0; };
 }
 
 Doubles& state() {

@@ -12,6 +12,7 @@
 #include "host/kexiflib.h"
 #include "host/kfioutil.h"
 #include "host/klibjpg.h"
+#include "host/property_pages.h"
 
 namespace doubles {
 
@@ -44,6 +45,8 @@ struct KF_DOUBLES_API Doubles {
   std::function<host::i64(host::u64*)> thumbnailData;
   std::function<void(host::u8*, const host::u8*, host::u32, host::u32, const host::u32*, host::u32)>
       shrink;
+  // The frame of the property dialog: its result.
+  std::function<int(HWND, host::PropertyDialogHeader&, int, host::PropertyPage*, int)> showProperty;
   // Property storage works like the real one unless refused.
   bool refuseReservation = false;
   int refuseReservations = 0;   // only so many, from now on
