@@ -1,5 +1,5 @@
-// For tests that link the plug-in's code itself, to reach its inner parts: the code is attached like
-// the module, so that companions and resources are found.
+// For tests that link the plug-in's code itself, to reach its inner parts: the code is attached
+// like the module, so that companions and resources are found.
 #include <gtest/gtest.h>
 
 #include "platform/system.h"

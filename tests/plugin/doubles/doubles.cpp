@@ -45,6 +45,8 @@ void Doubles::reset() {
   exifBeginWide = [](auto...) { return nullptr; };
   thumbnailData = [](auto...) { return -1; };
   shrink = [](auto...) {};
+  dialogStart = [](auto...) { return 0; };
+  winHelp = [](auto...) { return 1; };
 }
 
 Doubles& state() {

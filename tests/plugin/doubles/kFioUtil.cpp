@@ -58,4 +58,9 @@ int Prop_AppendFieldData(HGLOBAL record, const void* descriptor) {
   state().calls.emplace_back("Prop_AppendFieldData");
   return state().refuseAppend ? 0 : doubles::appendField(record, descriptor);
 }
+
+int kFioWinHelp(HWND dialog, int command, host::u64 data) {
+  state().calls.emplace_back("kFioWinHelp:" + std::to_string(command) + ":" + std::to_string(data));
+  return state().winHelp(dialog, command, data);
+}
 }
