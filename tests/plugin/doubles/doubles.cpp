@@ -46,6 +46,8 @@ void Doubles::reset() {
   thumbnailData = [](auto...) { return -1; };
   shrink = [](auto...) {};
   showProperty = [](auto&&...) { return 0; };
+  dialogStart = [](auto...) { return 0; };
+  winHelp = [](auto...) { return 1; };
 }
 
 Doubles& state() {

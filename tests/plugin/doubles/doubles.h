@@ -9,6 +9,7 @@
 
 #include "host/file_data.h"
 #include "host/k32comm.h"
+#include "host/k32misc.h"
 #include "host/kexiflib.h"
 #include "host/kfioutil.h"
 #include "host/klibjpg.h"
@@ -47,6 +48,8 @@ struct KF_DOUBLES_API Doubles {
       shrink;
   // The frame of the property dialog: its result.
   std::function<int(HWND, host::PropertyDialogHeader&, int, host::PropertyPage*, int)> showProperty;
+  std::function<int(HWND dialog, int one, WPARAM, LPARAM)> dialogStart;
+  std::function<int(HWND dialog, int command, host::u64 data)> winHelp;
   // Property storage works like the real one unless refused.
   bool refuseReservation = false;
   int refuseReservations = 0;   // only so many, from now on

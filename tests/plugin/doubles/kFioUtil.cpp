@@ -65,8 +65,8 @@ int kFioShowProperty(HWND owner, void* header, int pageCount, void* pages, int f
                               static_cast<host::PropertyPage*>(pages), flags);
 }
 
-int kFioWinHelp(HWND, int command, host::u64 data) {
-  state().calls.emplace_back("kFioWinHelp:" + std::to_string(command) + "," + std::to_string(data));
-  return 1;
+int kFioWinHelp(HWND dialog, int command, host::u64 data) {
+  state().calls.emplace_back("kFioWinHelp:" + std::to_string(command) + ":" + std::to_string(data));
+  return state().winHelp(dialog, command, data);
 }
 }
