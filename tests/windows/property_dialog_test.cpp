@@ -152,4 +152,168 @@ TEST_F(PropertyDialog, ThePagesHoldTheirLocksAsLongAsTheyLive) {
   EXPECT_EQ(locks(), 0U);
 }
 
+TEST_F(PropertyDialog, OkIsOneAndEscapeIsNothing) {
+  open(everything);
+  sheet().ok();
+  EXPECT_EQ(thread_->result(), 1);
+  show();
+  sheet().window().focused().key(VK_ESCAPE);
+  EXPECT_EQ(thread_->result(), 0);
+}
+
+// Whatever has the focus: the views of the tree-list and the value boxes must let Esc pass.
+TEST_F(PropertyDialog, EscapeClosesFromEveryControl) {
+  open(everything);
+  close();
+  constexpr struct {
+    int page;
+    int control;
+  } places[] = {{0, 3201}, {1, 1}, {2, tagList}, {2, valueBox}, {4, iptcList}, {4, valueBox}};
+  for (const auto& place : places) {
+    show();
+    const Window page = sheet().page(place.page);
+    sheet().window().send(WM_NEXTDLGCTL,
+                          reinterpret_cast<WPARAM>(page.control(place.control).handle()), TRUE);
+    const Window focused = sheet().window().focused();
+    EXPECT_TRUE(IsChild(page.handle(), focused.handle())) << place.control;
+    focused.key(VK_ESCAPE);
+    EXPECT_EQ(thread_->result(), 0) << place.page << ' ' << place.control;
+  }
+}
+
+TEST_F(PropertyDialog, ReopensOnThePageShownLast) {
+  open(everything);
+  sheet().page(3);
+  close();
+  show();
+  EXPECT_EQ(sheet().currentIndex(), 3);
+  sheet().page(1);
+  sheet().ok();
+  EXPECT_EQ(thread_->result(), 1);
+  show();
+  EXPECT_EQ(sheet().currentIndex(), 1);
+  sheet().page(0);
+  close();
+}
+
+TEST_F(PropertyDialog, AFileWithFewerPagesOpensOnItsLast) {
+  open(everything);
+  sheet().page(4);
+  close();
+  open({.exif = true});
+  EXPECT_EQ(sheet().currentIndex(), 1);
+  sheet().page(0);
+  close();
+}
+
+HGLOBAL extraPageFile = nullptr;
+
+INT_PTR CALLBACK extraPage(HWND, UINT message, WPARAM, LPARAM lParam) {
+  if (message == WM_INITDIALOG) extraPageFile = reinterpret_cast<HGLOBAL>(lParam);
+  return FALSE;
+}
+
+TEST_F(PropertyDialog, PagesOfTheCallerComeBehindThoseOfTheModule) {
+  open({.exif = true});
+  close();
+  char title[260] = "A page of the host";
+  host::PropertyPage extra = {};
+  extra.size = host::propertyPageSizeWord;
+  extra.resources = reinterpret_cast<host::u64>(realPlugin().resources.handle());
+  extra.templateId = 797;
+  extra.title = reinterpret_cast<host::u64>(title);
+  extra.procedure = reinterpret_cast<host::u64>(&extraPage);
+  show(0, 1, &extra);
+  EXPECT_THAT(sheet().titles(), ElementsAre("General", "EXIF", "A page of the host"));
+  sheet().page(2);
+  EXPECT_EQ(extraPageFile, file_->handle());
+  sheet().page(0);
+  close();
+}
+
+TEST_F(PropertyDialog, TheArrowKeysMoveTheValueBoxAlong) {
+  open(everything);
+  const Window page = sheet().page(2);
+  const ListView list(page.control(tagList));
+  list.clickRow(0);
+  EXPECT_EQ(page.control(valueBox).text(), "0231");
+  list.window().key(VK_DOWN);
+  list.window().settle();
+  EXPECT_EQ(page.control(valueBox).text(), "1/250");
+  close();
+}
+
+TEST_F(PropertyDialog, TheTabKeyReachesEveryControlOfThePages) {
+  open(everything);
+  const Window window = sheet().window();
+  const Window page = sheet().page(2);
+  window.send(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(page.control(tagList).handle()), TRUE);
+  window.send(WM_NEXTDLGCTL, 0, FALSE);
+  EXPECT_EQ(window.focused(), page.control(valueBox));
+  window.send(WM_NEXTDLGCTL, 0, FALSE);
+  EXPECT_EQ(window.focused(), window.control(IDOK));
+  close();
+}
+
+TEST_F(PropertyDialog, TheTreeListStandsBetweenTheTabsAndTheButtons) {
+  open(everything);
+  const Window window = sheet().window();
+  const Window main = sheet().page(1).control(1);
+  const auto next = [&](WPARAM backward) {
+    window.send(WM_NEXTDLGCTL, backward, FALSE);
+    return window.focused();
+  };
+  window.send(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(sheet().tabs().handle()), TRUE);
+  EXPECT_EQ(next(0).className(), "SysTreeView32");
+  const Window list = next(0);
+  EXPECT_EQ(list.className(), "SysListView32");
+  EXPECT_TRUE(IsChild(main.handle(), list.handle()));
+  EXPECT_EQ(next(0), window.control(IDOK));
+  EXPECT_EQ(next(1), list);
+  EXPECT_EQ(next(1).className(), "SysTreeView32");
+  EXPECT_EQ(next(1), sheet().tabs());
+  close();
+}
+
+TEST_F(PropertyDialog, TheFlagsChooseTheArrangement) {
+  for (const int flags : {0, 1}) {
+    open({.cameraData = true}, flags);
+    const Window main = sheet().page(1).control(1);
+    const Window tree = main.children().at(0);
+    const RECT place = tree.placeIn(main);
+    const RECT client = main.clientArea();
+    EXPECT_EQ(place.right >= client.right, flags == 0) << "stacked views have the whole width";
+    sheet().page(0);
+    close();
+  }
+}
+
+TEST_F(PropertyDialog, NoWindowClassOfTheModuleStays) {
+  open({.cameraData = true});
+  sheet().page(1);
+  WNDCLASSA found = {};
+  const HMODULE module = realPlugin().module.handle();
+  EXPECT_TRUE(GetClassInfoA(module, "Ciff_TreeList", &found));
+  sheet().page(0);
+  close();
+  for (const char* name : {"Ciff_TreeList", "CiffTreeRef", "CiffListRef"}) {
+    EXPECT_FALSE(GetClassInfoA(module, name, &found)) << name;
+  }
+}
+
+TEST_F(PropertyDialog, AUnicodeFileNameIsShown) {
+  wchar_t path[] = L"Z:\\pictures\\B\x00FCro \x5199\x771F.jpg";
+  open({});
+  close();
+  file_->with([&](host::FileDataRecord& record) {
+    record.pathFlags = host::pathFlagWide;
+    record.widePath = reinterpret_cast<host::u64>(path);
+  });
+  show();
+  wchar_t text[64] = {};
+  GetDlgItemTextW(sheet().page(0).handle(), 3201, text, 64);
+  EXPECT_STREQ(text, L"B\x00FCro \x5199\x771F.jpg");
+  close();
+}
+
 }  // namespace

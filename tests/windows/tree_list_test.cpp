@@ -7,12 +7,9 @@
 #include <stdexcept>
 
 #include "frame/module.h"
-#include "tests/plugin/doubles/doubles.h"
 #include "tests/windows/property_files.h"
 #include "tests/windows/sheet.h"
 #include "tests/windows/support/screenshot.h"
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved) noexcept;
 
 namespace {
 
@@ -23,17 +20,6 @@ constexpr int mainId = 1;
 constexpr int before = 100;
 constexpr int behind = 101;
 constexpr RECT area = {10, 40, 310, 250};
-
-// The code under test is linked in: this program is its module.
-class Attached : public testing::Environment {
- public:
-  void SetUp() override {
-    doubles::state().reset();
-    ASSERT_NE(DllMain(GetModuleHandleA(nullptr), DLL_PROCESS_ATTACH, nullptr), FALSE);
-  }
-  void TearDown() override { DllMain(GetModuleHandleA(nullptr), DLL_PROCESS_DETACH, nullptr); }
-};
-const auto* const attached = testing::AddGlobalTestEnvironment(new Attached);
 
 struct Made {
   Bytes heap;
