@@ -38,6 +38,9 @@ class Plugin {
   // Takes the file's metadata into its record, without its pixels. A file without any is no
   // failure.
   void loadProperties(HGLOBAL fileData) const;
+  // Shows the file's properties in a dialog and returns when it is closed. Throws Failure when the
+  // plug-in has no windows (its native build) or the dialog cannot be opened.
+  void showProperties(HGLOBAL fileData) const;
   // Hands an edited property record back: its camera data is built anew from its fields. The
   // plug-in does not tell whether it could.
   void setProperties(HGLOBAL fileData, HGLOBAL properties) const;

@@ -24,10 +24,11 @@ class PropertiesCommand : public Command {
     arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
     arguments.add_flag("--raw", raw_, "fractions and bytes as they are stored");
+    auto* window = arguments.add_flag("--window", window_, "show them in a dialog (Windows)");
     auto* output = arguments.add_option("-o,--output", output_, "the file to extract to");
     auto* extract = arguments.add_option("--extract", extract_, "write one block to a file")
                         ->check(CLI::IsMember(extractNames()));
-    extract->needs(output);
+    extract->needs(output)->excludes(window);
     output->needs(extract);
   }
 
@@ -42,10 +43,17 @@ class PropertiesCommand : public Command {
   FileResult serve(const Session& session, const std::string& name) {
     const SourceFile file(name);
     const Described described = describeFile(session, file);
+    if (window_) return show(session, name, described);
     session.plugin.loadProperties(described.fileData.handle());
     const std::vector<Property> properties = readProperties(session, described.fileData);
     return extract_.empty() ? list(name, described, properties)
                             : extract(session, file, properties);
+  }
+
+  static FileResult show(const Session& session, const std::string& name,
+                         const Described& described) {
+    session.plugin.showProperties(described.fileData.handle());
+    return {name + " was shown\n", {{"file", name}, {"shown", true}}};
   }
 
   FileResult list(const std::string& name, const Described& described,
@@ -85,6 +93,7 @@ class PropertiesCommand : public Command {
   std::string extract_;
   bool json_ = false;
   bool raw_ = false;
+  bool window_ = false;
 };
 
 }  // namespace

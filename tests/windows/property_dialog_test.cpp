@@ -316,4 +316,28 @@ TEST_F(PropertyDialog, AUnicodeFileNameIsShown) {
   close();
 }
 
+// As a user at a screen runs it.
+TEST(PropertiesCommand, ShowsTheDialogAndWaitsForItsEnd) {
+  const ScratchFile scratch(jpegWith({.exif = true}));
+  std::string command = '"' + distributed("fiohost.exe").string() + "\" properties --window \"" +
+                        scratch.path() + '"';
+  STARTUPINFOA startup = {};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process = {};
+  ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                             &startup, &process));
+  std::vector<Window> found;
+  EXPECT_TRUE(eventually([&] {
+    found = threadWindows(process.dwThreadId, "#32770");
+    return !found.empty();
+  }));
+  for (const Window& window : found) window.post(WM_COMMAND, IDCANCEL);
+  EXPECT_EQ(WaitForSingleObject(process.hProcess, 20000), WAIT_OBJECT_0);
+  DWORD code = 77;
+  GetExitCodeProcess(process.hProcess, &code);
+  EXPECT_EQ(code, 0U);
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+}
+
 }  // namespace

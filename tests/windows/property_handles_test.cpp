@@ -17,15 +17,9 @@ using namespace test;
 constexpr UINT_PTR timer = 99;
 
 void CALLBACK turnPages(HWND sheet, UINT, UINT_PTR, DWORD) {
-  const auto index = SendMessageA(
-      reinterpret_cast<HWND>(SendMessageA(sheet, PSM_GETTABCONTROL, 0, 0)), TCM_GETCURSEL, 0, 0);
-  if (index < 4) {
-    SendMessageA(sheet, PSM_SETCURSEL, static_cast<WPARAM>(index + 1), 0);
-  } else {
-    SendMessageA(sheet, PSM_SETCURSEL, 0, 0);
-    KillTimer(sheet, timer);
-    PostMessageA(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
-  }
+  KillTimer(sheet, timer);
+  for (const WPARAM page : {1u, 2u, 3u, 4u, 0u}) SendMessageA(sheet, PSM_SETCURSEL, page, 0);
+  PostMessageA(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
 }
 
 HHOOK hook = nullptr;
