@@ -176,7 +176,7 @@ TEST_F(PropertiesTest, ExtractingNeedsOneFileAKnownBlockAndAnOutput) {
 
 }  // namespace
 #ifndef _WIN32
-TEST_F(PropertiesCommand, TheNativeBuildSaysThatItHasNoWindows) {
+TEST_F(PropertiesTest, TheNativeBuildSaysThatItHasNoWindows) {
   addJpeg("a.jpg", {});
   const ProcessResult result = run({"properties", "a.jpg", "--window"});
   EXPECT_EQ(result.exitCode, 1);

@@ -2,9 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "host/property_pages.h"
-#include "tests/windows/property_files.h"
-#include "tests/windows/real_plugin.h"
-#include "tests/windows/sheet.h"
+#include "tests/windows/property_dialog_fixture.h"
 #include "tests/windows/support/screenshot.h"
 
 namespace {
@@ -16,35 +14,7 @@ constexpr int valueBox = 3051;
 constexpr int tagList = 3081;
 constexpr int iptcList = 3082;
 
-constexpr MetadataKinds everything = {true, true, true, true};
-
-class PropertyDialog : public testing::Test {
- protected:
-  void open(const MetadataKinds& kinds, int flags = 0) {
-    scratch_ = std::make_unique<ScratchFile>(jpegWith(kinds));
-    file_ = std::make_unique<DescribedFile>(scratch_->path());
-    show(flags);
-  }
-  void show(int flags = 0, int extraPages = 0, void* extra = nullptr) {
-    thread_ = std::make_unique<DialogThread>([=, this] {
-      auto* entry = realEntry<host::ShowPropertyEntry>(host::ordinalShowProperty);
-      return entry(nullptr, file_->handle(), extraPages, extra, flags);
-    });
-  }
-  [[nodiscard]] Sheet sheet() const { return Sheet(*thread_); }
-  int close() {
-    sheet().cancel();
-    return thread_->result();
-  }
-  [[nodiscard]] unsigned locks() const {
-    return (GlobalFlags(file_->handle()) & GMEM_LOCKCOUNT) +
-           (GlobalFlags(file_->properties()) & GMEM_LOCKCOUNT);
-  }
-
-  std::unique_ptr<ScratchFile> scratch_;
-  std::unique_ptr<DescribedFile> file_;
-  std::unique_ptr<DialogThread> thread_;
-};
+class PropertyDialog : public PropertyDialogTest {};
 
 TEST_F(PropertyDialog, ShowsThePagesThatTheRecordHasSomethingFor) {
   open({.exif = true});
@@ -61,6 +31,10 @@ TEST_F(PropertyDialog, ShowsThePagesThatTheRecordHasSomethingFor) {
 
 TEST_F(PropertyDialog, TheGeneralPageTellsThePicture) {
   open(everything);
+  close();
+  wchar_t path[] = L"Z:\\pictures\\B\x00FCro im Herbst.jpg";
+  setPath(path);
+  show();
   const Window page = sheet().page(0);
   EXPECT_EQ(page.control(3202).text(), "JPEG");
   EXPECT_EQ(page.control(3203).text(), "24 x 16 pixels");
@@ -155,10 +129,10 @@ TEST_F(PropertyDialog, ThePagesHoldTheirLocksAsLongAsTheyLive) {
 TEST_F(PropertyDialog, OkIsOneAndEscapeIsNothing) {
   open(everything);
   sheet().ok();
-  EXPECT_EQ(thread_->result(), 1);
+  EXPECT_EQ(result(), 1);
   show();
   sheet().window().focused().key(VK_ESCAPE);
-  EXPECT_EQ(thread_->result(), 0);
+  EXPECT_EQ(result(), 0);
 }
 
 // Whatever has the focus: the views of the tree-list and the value boxes must let Esc pass.
@@ -177,7 +151,7 @@ TEST_F(PropertyDialog, EscapeClosesFromEveryControl) {
     const Window focused = sheet().window().focused();
     EXPECT_TRUE(IsChild(page.handle(), focused.handle())) << place.control;
     focused.key(VK_ESCAPE);
-    EXPECT_EQ(thread_->result(), 0) << place.page << ' ' << place.control;
+    EXPECT_EQ(result(), 0) << place.page << ' ' << place.control;
   }
 }
 
@@ -189,7 +163,7 @@ TEST_F(PropertyDialog, ReopensOnThePageShownLast) {
   EXPECT_EQ(sheet().currentIndex(), 3);
   sheet().page(1);
   sheet().ok();
-  EXPECT_EQ(thread_->result(), 1);
+  EXPECT_EQ(result(), 1);
   show();
   EXPECT_EQ(sheet().currentIndex(), 1);
   sheet().page(0);
@@ -305,10 +279,7 @@ TEST_F(PropertyDialog, AUnicodeFileNameIsShown) {
   wchar_t path[] = L"Z:\\pictures\\B\x00FCro \x5199\x771F.jpg";
   open({});
   close();
-  file_->with([&](host::FileDataRecord& record) {
-    record.pathFlags = host::pathFlagWide;
-    record.widePath = reinterpret_cast<host::u64>(path);
-  });
+  setPath(path);
   show();
   wchar_t text[64] = {};
   GetDlgItemTextW(sheet().page(0).handle(), 3201, text, 64);
