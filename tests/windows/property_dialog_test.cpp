@@ -14,7 +14,11 @@ constexpr int valueBox = 3051;
 constexpr int tagList = 3081;
 constexpr int iptcList = 3082;
 
-class PropertyDialog : public PropertyDialogTest {};
+class PropertyDialog : public PropertyDialogTest {
+ protected:
+  // Without a release: the window is gone by then.
+  static void pressEscape(const Window& window) { window.post(WM_KEYDOWN, VK_ESCAPE, 1); }
+};
 
 TEST_F(PropertyDialog, ShowsThePagesThatTheRecordHasSomethingFor) {
   open({.exif = true});
@@ -131,7 +135,7 @@ TEST_F(PropertyDialog, OkIsOneAndEscapeIsNothing) {
   sheet().ok();
   EXPECT_EQ(result(), 1);
   show();
-  sheet().window().focused().key(VK_ESCAPE);
+  pressEscape(sheet().window().focused());
   EXPECT_EQ(result(), 0);
 }
 
@@ -150,7 +154,7 @@ TEST_F(PropertyDialog, EscapeClosesFromEveryControl) {
                           reinterpret_cast<WPARAM>(page.control(place.control).handle()), TRUE);
     const Window focused = sheet().window().focused();
     EXPECT_TRUE(IsChild(page.handle(), focused.handle())) << place.control;
-    focused.key(VK_ESCAPE);
+    pressEscape(focused);
     EXPECT_EQ(result(), 0) << place.page << ' ' << place.control;
   }
 }
