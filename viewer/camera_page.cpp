@@ -13,19 +13,15 @@ constexpr int treeListId = 1;
 constexpr UINT pressButton = WM_USER + 113;
 constexpr WPARAM cancelButton = 5;
 
-HGLOBAL propertiesOf(HGLOBAL fileData) noexcept {
-  const platform::LockedGlobal lock(fileData);
-  const auto* record = lock.as<host::FileDataRecord>();
-  return record != nullptr ? property::propertyRecordOf(*record) : nullptr;
-}
-
 void showHeap(HWND page, HGLOBAL fileData) noexcept {
   RECT area = {};
   GetClientRect(page, &area);
   InflateRect(&area, -inset, -inset);
   host::u8* heap = nullptr;
   host::u32 length = 0;
-  if (property::findField(propertiesOf(fileData), host::fieldHeap, &heap, &length) == 0) return;
+  if (property::findField(propertiesOf(platform::LockedGlobal(fileData)), host::fieldHeap, &heap,
+                          &length) == 0)
+    return;
   const bool stacked = dialogState().flags == 0;
   // A heap that cannot be shown leaves the page empty.
   static_cast<void>(

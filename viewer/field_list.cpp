@@ -1,16 +1,13 @@
 #include "viewer/field_list.h"
 
-#include "frame/module.h"
-#include "frame/resource_text.h"
 #include "viewer/clipboard.h"
-#include "viewer/wide_text.h"
+#include "viewer/list_view.h"
 #include "viewer/window_handles.h"
 
 namespace viewer {
 namespace {
 
-constexpr UINT firstColumnTitle = 750;
-constexpr int columnTextLimit = 128;
+enum ColumnTitle : UINT { nameTitle = 750, valueTitle = 751 };
 constexpr int defaultDpi = 96;
 
 int scaled(HWND window, int pixels) noexcept {
@@ -28,42 +25,18 @@ bool isNewSelection(const NMHDR& notification) noexcept {
 
 }  // namespace
 
-bool FieldList::addColumn(int index, int width) const {
-  std::wstring title = wideText(
-      frame::resourceText(frame::resourceLibrary(), firstColumnTitle + static_cast<UINT>(index)));
-  LVCOLUMNW column = {};
-  column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-  column.pszText = title.data();
-  column.cchTextMax = columnTextLimit;
-  column.cx = scaled(window_, width);
-  column.iSubItem = index;
-  return SendMessageW(window_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index),
-                      reinterpret_cast<LPARAM>(&column)) == index;
-}
-
 bool FieldList::addColumns() const {
   SendMessageW(window_, LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
                LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER);
-  return addColumn(0, layout_.nameWidth) && addColumn(1, layout_.valueWidth);
-}
-
-void FieldList::addRow(int index, const FieldRow& row) const {
-  std::wstring name = wideText(row.name);
-  std::wstring value = wideText(lineText(row.value));
-  LVITEMW item = {};
-  item.mask = LVIF_TEXT;
-  item.iItem = index;
-  item.pszText = name.data();
-  SendMessageW(window_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
-  item.iSubItem = 1;
-  item.pszText = value.data();
-  SendMessageW(window_, LVM_SETITEMTEXTW, static_cast<WPARAM>(index),
-               reinterpret_cast<LPARAM>(&item));
+  return addListColumn(window_, 0, nameTitle, scaled(window_, layout_.nameWidth)) &&
+         addListColumn(window_, 1, valueTitle, scaled(window_, layout_.valueWidth));
 }
 
 void FieldList::addRows(const std::vector<FieldRow>& rows) const {
   int index = 0;
-  for (const FieldRow& row : rows) addRow(index++, row);
+  for (const FieldRow& row : rows) {
+    addListRow(window_, index++, row.name, lineText(row.value));
+  }
 }
 
 int FieldList::selectedRow() const noexcept {

@@ -32,9 +32,6 @@ class FieldList {
   [[nodiscard]] Request requestOf(const NMHDR& notification) const noexcept;
 
  private:
-  [[nodiscard]] bool addColumn(int index, int width) const;
-  void addRow(int index, const FieldRow& row) const;
-
   FieldListLayout layout_;
   HWND window_;
 };

@@ -17,11 +17,6 @@ std::unique_ptr<FieldPage>& openPage(PageKind kind) noexcept {
   return pages[static_cast<std::size_t>(kind)];
 }
 
-HGLOBAL propertiesOf(const platform::LockedGlobal& lock) noexcept {
-  const auto* record = lock.as<host::FileDataRecord>();
-  return record != nullptr ? property::propertyRecordOf(*record) : nullptr;
-}
-
 // Ctrl+C in the value box, which knows only the window of its page.
 void copyOpenPage(HWND page) {
   for (const PageKind kind : {PageKind::exif, PageKind::gps, PageKind::iptc}) {

@@ -7,6 +7,11 @@ DialogState& dialogState() noexcept {
   return state;
 }
 
+HGLOBAL propertiesOf(const platform::LockedGlobal& fileData) noexcept {
+  const auto* record = fileData.as<host::FileDataRecord>();
+  return record != nullptr ? property::propertyRecordOf(*record) : nullptr;
+}
+
 DLGPROC pageProcedure(PageKind kind) noexcept {
   static constexpr DLGPROC procedures[] = {generalPage, cameraDataPage, exifPage, gpsPage,
                                            iptcPage};

@@ -12,6 +12,9 @@ struct DialogState {
 };
 [[nodiscard]] DialogState& dialogState() noexcept;
 
+// The property record of locked file data; null when there is none.
+[[nodiscard]] HGLOBAL propertiesOf(const platform::LockedGlobal& fileData) noexcept;
+
 // The dialog procedure of a page. WM_INITDIALOG brings the file-data handle as lParam.
 [[nodiscard]] DLGPROC pageProcedure(PageKind kind) noexcept;
 

@@ -1,11 +1,11 @@
 #include <new>
 
 #include "frame/module.h"
-#include "frame/resource_text.h"
 #include "property/heap_errors.h"
 #include "property/heap_parser.h"
 #include "viewer/clipboard.h"
 #include "viewer/heap_tree.h"
+#include "viewer/list_view.h"
 #include "viewer/tree_list_state.h"
 #include "viewer/wide_text.h"
 
@@ -19,7 +19,6 @@ constexpr COLORREF transparent = RGB(255, 0, 255);
 // Places in the tree's image list.
 enum FolderImage : int { folderOpen = 0, folderClosed = 1 };
 
-enum ListColumn : int { columnName = 0, columnData = 1 };
 enum ColumnTitle : UINT { nameTitle = 2620, dataTitle = 2621 };
 
 OwnedImageList loadImages(SIZE size, std::initializer_list<const wchar_t*> bitmaps) noexcept {
@@ -43,22 +42,10 @@ bool attachImages(TreeListState& state) noexcept {
   return true;
 }
 
-bool addColumn(HWND list, int index, const wchar_t* title, int width) noexcept {
-  LVCOLUMNW column = {};
-  column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-  column.pszText = const_cast<wchar_t*>(title);
-  column.cx = width;
-  column.iSubItem = index;
-  return SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index),
-                      reinterpret_cast<LPARAM>(&column)) == index;
-}
-
-std::wstring title(UINT id) { return wideText(frame::resourceText(frame::resourceLibrary(), id)); }
-
 bool addColumns(HWND list) {
   const ColumnWidths widths = listColumnWidths(clientSize(list).width);
-  return addColumn(list, columnName, title(nameTitle).c_str(), widths.name) &&
-         addColumn(list, columnData, title(dataTitle).c_str(), widths.data);
+  return addListColumn(list, 0, nameTitle, widths.name) &&
+         addListColumn(list, 1, dataTitle, widths.data);
 }
 
 HTREEITEM addNode(HWND tree, HTREEITEM parent, const TreeNode& node) {
@@ -101,23 +88,11 @@ i32 selectedRecord(HWND tree) noexcept {
   return static_cast<i32>(item.lParam);
 }
 
-void addRow(HWND list, int index, const ListRow& row) {
-  std::wstring name = wideText(row.name);
-  std::wstring value = wideText(row.value);
-  LVITEMW item = {};
-  item.mask = LVIF_TEXT | LVIF_IMAGE;
-  item.iItem = index;
-  item.iImage = static_cast<int>(row.icon);
-  item.pszText = name.data();
-  SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
-  item.iSubItem = columnData;
-  item.pszText = value.data();
-  SendMessageW(list, LVM_SETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
-}
-
 void listRecord(const TreeListState& state, i32 record) {
   int index = 0;
-  for (const ListRow& row : heapListRows(*state.heap, record)) addRow(state.list, index++, row);
+  for (const ListRow& row : heapListRows(*state.heap, record)) {
+    addListRow(state.list, index++, row.name, row.value, static_cast<int>(row.icon));
+  }
 }
 
 std::string copyOf(const TreeListState& state, HWND view) {

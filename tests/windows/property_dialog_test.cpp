@@ -14,6 +14,14 @@ constexpr int valueBox = 3051;
 constexpr int tagList = 3081;
 constexpr int iptcList = 3082;
 
+// Pixels of a display with 96 dots per inch on this one.
+int scaled(int pixels) {
+  const HDC screen = GetDC(nullptr);
+  const int dots = GetDeviceCaps(screen, LOGPIXELSX);
+  ReleaseDC(nullptr, screen);
+  return pixels * dots / 96;
+}
+
 class PropertyDialog : public PropertyDialogTest {
  protected:
   // Without a release: the window is gone by then.
@@ -57,8 +65,8 @@ TEST_F(PropertyDialog, TheExifPageListsFormattedValuesAndShowsTheRawOne) {
   const ListView list(page.control(tagList));
   EXPECT_EQ(list.title(0), "Name");
   EXPECT_EQ(list.title(1), "Value");
-  EXPECT_EQ(list.columnWidth(0), 140);
-  EXPECT_EQ(list.columnWidth(1), 250);
+  EXPECT_EQ(list.columnWidth(0), scaled(140));
+  EXPECT_EQ(list.columnWidth(1), scaled(250));
   ASSERT_EQ(list.rows(), 8);
   EXPECT_EQ(list.text(2, 0), "F-number");
   EXPECT_EQ(list.text(2, 1), "F/2.8");
@@ -76,8 +84,8 @@ TEST_F(PropertyDialog, TheGpsPageListsItsFields) {
   open(everything);
   const Window page = sheet().page(3);
   const ListView list(page.control(tagList));
-  EXPECT_EQ(list.columnWidth(0), 140);
-  EXPECT_EQ(list.columnWidth(1), 140);
+  EXPECT_EQ(list.columnWidth(0), scaled(140));
+  EXPECT_EQ(list.columnWidth(1), scaled(140));
   ASSERT_EQ(list.rows(), 5);
   EXPECT_EQ(list.text(0, 1), "2,2,0,0");
   list.clickRow(0);
@@ -91,8 +99,8 @@ TEST_F(PropertyDialog, TheIptcBoxShowsTheDescriptorOfTheRowsNumber) {
   const Window page = sheet().page(4);
   const ListView list(page.control(iptcList));
   ASSERT_EQ(list.rows(), 4);
-  EXPECT_EQ(list.columnWidth(0), 140);
-  EXPECT_EQ(list.columnWidth(1), 140);
+  EXPECT_EQ(list.columnWidth(0), scaled(140));
+  EXPECT_EQ(list.columnWidth(1), scaled(140));
   EXPECT_EQ(list.text(0, 0), "Record version");
   EXPECT_EQ(list.text(0, 1), "2.0");
   EXPECT_EQ(list.text(1, 1), "Wien");
