@@ -127,11 +127,13 @@ TEST_F(SaveOptionsControls, CorrectWhatIsTyped) {
   EXPECT_EQ(field.send(EM_GETSEL), MAKELONG(0, 1));
 }
 
-TEST_F(SaveOptionsControls, TakeNoNegativeNumber) {
+TEST_F(SaveOptionsControls, TakeDigitsAlone) {
   openIt();
   const Window field = dialog_.control(qualityField);
-  field.send(WM_SETTEXT, 0, reinterpret_cast<LPARAM>("-5"));
-  expectQuality(0, "-5");
+  field.type("-x");
+  expectQuality(70, "-x typed");
+  field.send(WM_SETTEXT, 0, reinterpret_cast<LPARAM>("x"));
+  expectQuality(0, "x pasted");
 }
 
 TEST_F(SaveOptionsControls, FollowTheSlidersKeys) {

@@ -1,5 +1,6 @@
 // What the save-options dialog calls: the dialog start before all else, and help.
 #include "tests/windows/save_options_dialog.h"
+#include "tests/windows/support/polling.h"
 
 namespace {
 
@@ -73,10 +74,11 @@ TEST_F(SaveOptionsCalls, ShowHelpByButtonAndByKeyAndCloseItAtTheEnd) {
       };
       const Window dialog = open(data_);
       if (byKey) {
-        dialog.control(qualityField).key(VK_F1);
+        pressOnKeyboard(VK_F1);
       } else {
         dialog.control(helpButton).click();
       }
+      EXPECT_TRUE(eventually([&] { return dialogs.size() == 1; }));
       dialog.settle();
       EXPECT_EQ(callsOf({"kFioWinHelp"}), Calls{"kFioWinHelp:1:1203"});
       end(dialog, button);

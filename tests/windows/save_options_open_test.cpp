@@ -84,7 +84,7 @@ TEST_F(SaveOptionsOpen, ShowsItsHelpBesideItAndTakesItAlong) {
 TEST_F(SaveOptionsOpen, GoesOnWhenItsHelpIsClosed) {
   DialogThread thread([this] { return show(); });
   const Window dialog = thread.dialog();
-  dialog.control(3051).key(VK_F1);
+  test::pressOnKeyboard(VK_F1);
   ASSERT_TRUE(test::eventually([&] { return helpWindows(thread).size() == 1; }));
   helpWindows(thread).front().post(WM_CLOSE);
   EXPECT_TRUE(test::eventually([&] { return helpWindows(thread).empty(); }));

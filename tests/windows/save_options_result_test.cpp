@@ -158,7 +158,8 @@ TEST_F(SaveOptionsResult, AThousandOpeningsLeaveNoHandle) {
   for (int warming = 0; warming < 4; ++warming) show(nullptr, data.handle());
   const HandleCount before = countHandles();
   for (int time = 0; time < 1000; ++time) {
-    ASSERT_EQ(show(nullptr, data.handle()), opened % 2 == 0 ? 1 : 0);
+    const int result = show(nullptr, data.handle());
+    ASSERT_EQ(result, opened % 2 == 0 ? 1 : 0);
     the().calls.clear();
   }
   EXPECT_EQ(countHandles(), before);
