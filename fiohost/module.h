@@ -20,6 +20,7 @@ class Module {
   Module& operator=(Module&&) = delete;
   ~Module();
 
+  [[nodiscard]] bool has(WORD ordinal) const noexcept;
   // An export by name or by ordinal. Throws Failure, naming it, when the library lacks it.
   template <typename Signature>
   [[nodiscard]] Signature* entry(const char* name) const {
