@@ -65,6 +65,15 @@ void Plugin::showProperties(HGLOBAL fileData) const {
   }
 }
 
+bool Plugin::hasSaveOptionsDialog() const noexcept {
+  return module_.has(host::ordinalJpgShowDlgSaveOption);
+}
+
+bool Plugin::showSaveOptions(HGLOBAL fileData) const {
+  auto* show = module_.entry<host::JpgShowDlgEntry>(host::ordinalJpgShowDlgSaveOption);
+  return show(0, nullptr, fileData) == 1;
+}
+
 void Plugin::setProperties(HGLOBAL fileData, HGLOBAL properties) const {
   module_.entry<host::SetPropertyEntry>(host::ordinalSetProperty)(fileData, properties);
 }

@@ -110,6 +110,16 @@ void Window::pressAt(POINT place) const {
   post(WM_LBUTTONUP, 0, packed(place));
 }
 
+void pressOnKeyboard(WORD virtualKey) {
+  INPUT input[2] = {};
+  for (INPUT& event : input) {
+    event.type = INPUT_KEYBOARD;
+    event.ki.wVk = virtualKey;
+  }
+  input[1].ki.dwFlags = KEYEVENTF_KEYUP;
+  EXPECT_EQ(SendInput(2, input, sizeof *input), 2U);
+}
+
 Window Window::focused() const {
   GUITHREADINFO info = {};
   info.cbSize = sizeof info;

@@ -66,6 +66,10 @@ class Window {
   HWND handle_ = nullptr;
 };
 
+// A key of the keyboard itself, which goes to the window in front. What the system makes of keys
+// before a window hears of them (F1 is the call for help) comes from here only.
+void pressOnKeyboard(WORD virtualKey);
+
 // A thread's visible top-level windows of a class.
 [[nodiscard]] std::vector<Window> threadWindows(DWORD thread, const std::string& className);
 
