@@ -1,12 +1,13 @@
 # Loadable modules with a fixed export list, the same on both systems.
 
 # The export list of a .def file: names into OUT_NAMES, "ordinal=name" pairs into OUT_ORDINALS.
+# Exports that open windows, as their names say, exist on Windows only and are left out.
 function(kf_read_exports def out_names out_ordinals)
   file(STRINGS ${def} lines)
   set(names)
   set(ordinals)
   foreach(line IN LISTS lines)
-    if(line MATCHES "^(LIBRARY|EXPORTS)")
+    if(line MATCHES "^(LIBRARY|EXPORTS)|Show|WinHelp")
       continue()
     endif()
     if(line MATCHES "^([A-Za-z_0-9]+)")
@@ -85,9 +86,8 @@ endfunction()
 # is one entry.
 get_filename_component(KF_BUILD_NAME ${PROJECT_BINARY_DIR} NAME)
 function(kf_test target)
-  add_executable(${target} ${ARGN})
-  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests/${target})
-  target_link_libraries(${target} PRIVATE kf_platform kf_warnings GTest::gmock GTest::gtest_main)
+  kf_test_program(${target} ${ARGN})
+  target_link_libraries(${target} PRIVATE GTest::gtest_main)
   if(WIN32 OR KF_SANITIZERS)
     add_test(NAME ${KF_BUILD_NAME}:${target} COMMAND ${target} --gtest_brief=1)
     set_tests_properties(${KF_BUILD_NAME}:${target} PROPERTIES TIMEOUT 900)
@@ -95,4 +95,20 @@ function(kf_test target)
     gtest_discover_tests(${target} TEST_PREFIX ${KF_BUILD_NAME}: NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60
                          PROPERTIES TIMEOUT 300)
   endif()
+endfunction()
+
+function(kf_test_program target)
+  add_executable(${target} ${ARGN})
+  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests/${target})
+  target_link_libraries(${target} PRIVATE kf_platform kf_warnings GTest::gmock)
+endfunction()
+
+# kf_window_test(TARGET SOURCES...): a GoogleTest program that opens windows. It has a main program
+# (tests/windows/support) and a display of its own. Windows only.
+function(kf_window_test target)
+  kf_test_program(${target} ${ARGN})
+  target_link_libraries(${target} PRIVATE kf_window_support)
+  add_test(NAME ${KF_BUILD_NAME}:${target}
+    COMMAND ${PROJECT_SOURCE_DIR}/cmake/wine_display $<TARGET_FILE:${target}> --gtest_brief=1)
+  set_tests_properties(${KF_BUILD_NAME}:${target} PROPERTIES TIMEOUT 900)
 endfunction()

@@ -44,6 +44,14 @@ SaveSettings chooseSettings(const host::JpegTail& source, const ConvertOptions& 
   return chosen;
 }
 
+SaveSettings confirmSettings(const Session& session, const Described& described) {
+  if (!session.plugin.showSaveOptions(described.fileData.handle())) {
+    throw Failure("saving was cancelled", "nothing was written");
+  }
+  const host::JpegTail chosen = described.fileData.jpegTail();
+  return {chosen.mode, chosen.sample, chosen.quality, chosen.jfif};
+}
+
 void refuseOthers(const Described& described) {
   if (described.family == Family::jpeg) return;
   throw Failure("this file holds several pictures, and only one can be written",
@@ -115,9 +123,10 @@ Converted convertPicture(const Session& session, const SourceFile& file,
   PreviewRows preview;
   if (edited.exif) preview = takePreview(session, file, described.fileData);
   const host::JpegTail sourceTail = described.fileData.jpegTail();
-  const SaveSettings settings = chooseSettings(sourceTail, options);
+  SaveSettings settings = chooseSettings(sourceTail, options);
   described.fileData.setSaveOptions(
       {settings.quality, settings.mode, settings.sample, settings.jfif});
+  if (options.askUser) settings = confirmSettings(session, described);
   OutputFile output(outputName, options.replace ? Existing::replaced : Existing::refused);
   const std::filesystem::path written = output.handOver();
   described.fileData.setSourcePath(written);

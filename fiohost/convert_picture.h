@@ -20,6 +20,7 @@ struct ConvertOptions {
   std::optional<host::u32> mode;
   std::optional<host::u32> jfif;
   bool keepSourceSettings = false;  // mode, sampling and JFIF as the source has them
+  bool askUser = false;             // in the plug-in's dialog, which begins with all that
   bool dropMetadata = false;
   bool replace = false;  // an existing output
 };

@@ -30,6 +30,10 @@ Module::~Module() {
   if (handle_ != nullptr) FreeLibrary(handle_);
 }
 
+bool Module::has(WORD ordinal) const noexcept {
+  return GetProcAddress(handle_, MAKEINTRESOURCEA(ordinal)) != nullptr;
+}
+
 FARPROC Module::find(const char* nameOrOrdinal, const std::string& description) const {
   FARPROC found = GetProcAddress(handle_, nameOrOrdinal);
   if (found == nullptr) {

@@ -21,7 +21,7 @@ class Module {
   ~Module();
 
   [[nodiscard]] HMODULE handle() const noexcept { return handle_; }
-
+  [[nodiscard]] bool has(WORD ordinal) const noexcept;
   // An export by name or by ordinal. Throws Failure, naming it, when the library lacks it.
   template <typename Signature>
   [[nodiscard]] Signature* entry(const char* name) const {

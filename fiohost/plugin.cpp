@@ -1,5 +1,7 @@
 #include "fiohost/plugin.h"
 
+#include "fiohost/failure.h"
+
 namespace fiohost {
 
 const char* familyName(Family family) { return family == Family::jpeg ? "JPEG" : "MPO"; }
@@ -50,6 +52,26 @@ int Plugin::read(Family family, HGLOBAL fileData, host::ReadRequest* request,
 void Plugin::loadProperties(HGLOBAL fileData) const {
   HGLOBAL ignored = nullptr;
   module_.entry<host::GetPropertyEntry>(host::ordinalGetProperty)(fileData, &ignored);
+}
+
+void Plugin::showProperties(HGLOBAL fileData) const {
+  if (!module_.has(host::ordinalShowProperty)) {
+    throw Failure("this build of the plug-in has no windows", "use the Windows build");
+  }
+  constexpr int failed = -1;
+  auto* show = module_.entry<host::ShowPropertyEntry>(host::ordinalShowProperty);
+  if (show(nullptr, fileData, 0, nullptr, 0) == failed) {
+    throw Failure("the property dialog cannot be opened", "see that there is a display");
+  }
+}
+
+bool Plugin::hasSaveOptionsDialog() const noexcept {
+  return module_.has(host::ordinalJpgShowDlgSaveOption);
+}
+
+bool Plugin::showSaveOptions(HGLOBAL fileData) const {
+  auto* show = module_.entry<host::JpgShowDlgEntry>(host::ordinalJpgShowDlgSaveOption);
+  return show(0, nullptr, fileData) == 1;
 }
 
 void Plugin::setProperties(HGLOBAL fileData, HGLOBAL properties) const {

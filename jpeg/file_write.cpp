@@ -23,7 +23,6 @@ using host::u8;
 
 constexpr host::i32 noOutputPosition = 1034;
 constexpr host::i32 codecFailedPosition = 1203;
-constexpr u32 jpegTailKind = 62;
 constexpr u32 jpegRecordKind = 5;
 
 // The host's rows: an array of row pointers for each request.
@@ -168,19 +167,14 @@ u32 codecColourSpaceOf(u32 colourType) noexcept {
 }
 
 // A record of another format gets the tail. False when it cannot be enlarged.
-bool growToJpegRecord(HGLOBAL fileData, platform::LockedGlobal& lock) noexcept {
-  lock.unlock();
-  if (GlobalReAlloc(fileData, sizeof(host::JpegFileData), platform::movableZeroed) == nullptr) {
-    return false;
-  }
-  lock = platform::LockedGlobal(fileData);
-  auto* data = lock.as<host::JpegFileData>();
-  if (data == nullptr) return false;
-  data->tail = {};
-  data->record.tailKind = jpegTailKind;
-  data->tail.tag = host::jpegTailTag;
-  data->tail.size = host::tailSizeWord;
-  data->tail.colourSpace = codecColourSpaceOf(data->record.colourType);
+bool makeJpegRecord(HGLOBAL fileData, platform::LockedGlobal& lock) noexcept {
+  host::JpegTail* tail = addJpegTail(fileData, lock);
+  if (tail == nullptr) return false;
+  host::JpegTail fresh = {};
+  fresh.tag = tail->tag;
+  fresh.size = tail->size;
+  fresh.colourSpace = codecColourSpaceOf(lock.as<FileDataRecord>()->colourType);
+  *tail = fresh;
   return true;
 }
 
@@ -190,7 +184,7 @@ bool recordWrite(HGLOBAL fileData, platform::LockedGlobal& lock) noexcept {
   record->kind = jpegRecordKind;
   record->count572 = 1;
   record->count576 = 1;
-  if (jpegTailOf(lock.address(), lock.size()) == nullptr && !growToJpegRecord(fileData, lock)) {
+  if (jpegTailOf(lock.address(), lock.size()) == nullptr && !makeJpegRecord(fileData, lock)) {
     return false;
   }
   auto& data = *lock.as<host::JpegFileData>();

@@ -5,7 +5,7 @@
 namespace jpeg {
 namespace {
 
-constexpr host::u32 bestQuality = 100;
+constexpr host::u32 jpegTailKind = 62;
 
 }  // namespace
 
@@ -13,6 +13,19 @@ host::JpegTail* jpegTailOf(void* lockedRecord, std::size_t size) noexcept {
   if (lockedRecord == nullptr || size < sizeof(host::JpegFileData)) return nullptr;
   host::JpegTail& tail = static_cast<host::JpegFileData*>(lockedRecord)->tail;
   return tail.tag == host::jpegTailTag ? &tail : nullptr;
+}
+
+host::JpegTail* addJpegTail(HGLOBAL fileData, platform::LockedGlobal& record) noexcept {
+  record.unlock();
+  constexpr std::size_t size = sizeof(host::JpegFileData);
+  if (GlobalReAlloc(fileData, size, platform::movableZeroed) == nullptr) return nullptr;
+  record = platform::LockedGlobal(fileData);
+  auto* data = record.as<host::JpegFileData>();
+  if (data == nullptr) return nullptr;
+  data->record.tailKind = jpegTailKind;
+  data->tail.tag = host::jpegTailTag;
+  data->tail.size = host::tailSizeWord;
+  return &data->tail;
 }
 
 host::WriteOptions chooseWriteOptions(host::JpegTail* tail) noexcept {

@@ -14,6 +14,7 @@ enum class HeapMemory : host::i32 {
   heapField,
   textField,
   writtenHeap,
+  treeItems,
 };
 
 // Whoever holds a heap says how: the plug-in tells its host (heap_errors.cpp).

@@ -2,6 +2,7 @@
 
 #include <bit>
 
+#include "frame/resource_text.h"
 #include "property/heap_date.h"
 #include "property/heap_item_value.h"
 
@@ -22,12 +23,6 @@ struct Formatted {
   std::string text;
   u32 number;
 };
-
-std::string loadText(HMODULE resources, u16 id) {
-  char text[256] = {};
-  LoadStringA(resources, id, text, sizeof text);
-  return text;
-}
 
 Formatted formatCharacters(std::string_view text) {
   u32 number = 0;
@@ -169,7 +164,7 @@ u32 heapRowCount(const ParsedHeap& heap, i32 index) noexcept {
 std::string heapLabels(HMODULE resources, const HeapItem& item, u32 number) {
   std::string text;
   for (const HeapLabel& label : heapLabelsOf(item.string())) {
-    if ((number & label.mask) == label.match) text += loadText(resources, label.string);
+    if ((number & label.mask) == label.match) text += frame::resourceText(resources, label.string);
   }
   return text;
 }

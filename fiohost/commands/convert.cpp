@@ -23,6 +23,8 @@ class ConvertCommand : public Command {
     arguments.add_flag("--drop-metadata", options_.dropMetadata, "keep no metadata");
     arguments.add_flag("--keep-settings", options_.keepSourceSettings,
                        "encoding, sampling and JFIF header as the input has them");
+    arguments.add_flag("--options", options_.askUser,
+                       "ask in the save-options dialog before saving (Windows)");
     arguments.add_flag("--force", options_.replace, "replace an existing output");
     arguments.add_flag("--json", json_, "print JSON");
   }
@@ -31,6 +33,11 @@ class ConvertCommand : public Command {
     const bool folder = std::filesystem::is_directory(platform::systemPath(output_));
     if (!folder && files_.size() > 1) {
       throw Failure(output_ + " is no folder", "several files need an existing folder to go to");
+    }
+    if (options_.askUser && !session.plugin.hasSaveOptionsDialog()) {
+      printFailure("", Failure("--options: this build of the plug-in has no windows",
+                               "use the Windows build, or --quality and the other options"));
+      return exitUsage;
     }
     takeOptions();
     return serveFiles(files_, json_, [&](const std::string& name) {

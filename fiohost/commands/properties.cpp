@@ -29,10 +29,11 @@ class PropertiesCommand : public Command {
         .add_option("--image", image_,
                     "an image of a multi-picture file, by its number in \"mpo info\"")
         ->check(CLI::Range(1U, host::mpoMostImages));
+    auto* window = arguments.add_flag("--window", window_, "show them in a dialog (Windows)");
     auto* output = arguments.add_option("-o,--output", output_, "the file to extract to");
     auto* extract = arguments.add_option("--extract", extract_, "write one block to a file")
                         ->check(CLI::IsMember(extractNames()));
-    extract->needs(output);
+    extract->needs(output)->excludes(window);
     output->needs(extract);
   }
 
@@ -59,10 +60,17 @@ class PropertiesCommand : public Command {
 
   FileResult serveFile(const Session& session, const SourceFile& file) {
     const Described described = describeFile(session, file);
+    if (window_) return show(session, name, described);
     session.plugin.loadProperties(described.fileData.handle());
     const std::vector<Property> properties = readProperties(session, described.fileData);
     return extract_.empty() ? list(file.name(), described, properties)
                             : extract(session, file, properties);
+  }
+
+  static FileResult show(const Session& session, const std::string& name,
+                         const Described& described) {
+    session.plugin.showProperties(described.fileData.handle());
+    return {name + " was shown\n", {{"file", name}, {"shown", true}}};
   }
 
   FileResult list(const std::string& name, const Described& described,
@@ -103,6 +111,7 @@ class PropertiesCommand : public Command {
   host::u32 image_ = 0;  // 0: the file as it stands
   bool json_ = false;
   bool raw_ = false;
+  bool window_ = false;
 };
 
 }  // namespace

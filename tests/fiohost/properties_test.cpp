@@ -216,4 +216,14 @@ TEST_F(PropertiesTest, ExtractingNeedsOneFileAKnownBlockAndAnOutput) {
 }
 
 }  // namespace
+#ifndef _WIN32
+TEST_F(PropertiesTest, TheNativeBuildSaysThatItHasNoWindows) {
+  addJpeg("a.jpg", {});
+  const ProcessResult result = run({"properties", "a.jpg", "--window"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, testing::HasSubstr("has no windows; use the Windows build"));
+  EXPECT_EQ(result.out, "");
+}
+#endif
+
 }  // namespace fiohostTest

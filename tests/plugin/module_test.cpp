@@ -9,11 +9,14 @@ constexpr struct {
   host::u16 ordinal;
   const char* name;
 } exportTable[] = {
-    {2, "kfDLLGetFileFmtNum"},   {10, "kfJpgFIOAction"},       {11, "kfJpgGetFormatInfo"},
-    {12, "kfJpgGetFileData"},    {16, "kfJpgFileRead"},        {17, "kfJpgFileWrite"},
-    {23, "kfDLLGetProperty"},    {24, "kfDLLSetProperty"},     {110, "kfMPOFIOAction"},
-    {111, "kfMPOGetFormatInfo"}, {112, "kfMPOGetFileData"},    {116, "kfMPOFileRead"},
-    {117, "kfMPOFileWrite"},     {123, "kfDLLMPOGetProperty"}, {124, "kfDLLMPOSetProperty"},
+    {2, "kfDLLGetFileFmtNum"},    {10, "kfJpgFIOAction"},         {11, "kfJpgGetFormatInfo"},
+    {12, "kfJpgGetFileData"},     {16, "kfJpgFileRead"},          {17, "kfJpgFileWrite"},
+    {23, "kfDLLGetProperty"},     {24, "kfDLLSetProperty"},       {110, "kfMPOFIOAction"},
+    {111, "kfMPOGetFormatInfo"},  {112, "kfMPOGetFileData"},      {116, "kfMPOFileRead"},
+    {117, "kfMPOFileWrite"},      {123, "kfDLLMPOGetProperty"},   {124, "kfDLLMPOSetProperty"},
+#ifdef _WIN32
+    {14, "kfJpgShowDlgFileData"}, {15, "kfJpgShowDlgSaveOption"}, {25, "kfDLLShowProperty"},
+#endif
 };
 
 class Module : public PluginTest {};

@@ -1,7 +1,8 @@
 // The save options as a write sees them: loaded anew from the settings file each time.
-#include <cstdio>
+#include <optional>
 
 #include "tests/plugin/plugin.h"
+#include "tests/plugin/settings_file.h"
 
 namespace {
 
@@ -16,24 +17,15 @@ class SaveOptions : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    char folder[260] = {};
-    GetTempPathA(sizeof folder, folder);
-    path_ = std::string(folder) + "kfio_save_options_test.ini";
-    std::remove(path_.c_str());
-    the().iniPath = path_;
+    file_.emplace();
     the().write = [this](auto&, auto&, const host::WriteOptions& options) {
       used_ = options;
       return 1;
     };
   }
-  void TearDown() override { std::remove(path_.c_str()); }
 
-  void settings(const std::string& text) const {
-    FILE* file = std::fopen(path_.c_str(), "wb");
-    ASSERT_NE(file, nullptr);
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::fclose(file);
-  }
+  void settings(const std::string& text) const { file_->write(text); }
+
   // Mode, sample, quality and JFIF that a record without options of its own is written with.
   std::vector<host::i32> optionsOfAWrite() {
     const FileData data(sizeof(host::FileDataRecord));
@@ -45,7 +37,7 @@ class SaveOptions : public PluginTest {
             static_cast<host::i32>(used_.quality), static_cast<host::i32>(used_.jfif)};
   }
 
-  std::string path_;
+  std::optional<SettingsFile> file_;
   host::WriteOptions used_ = {};
 };
 

@@ -38,8 +38,11 @@ Handle inheritableFile(const std::filesystem::path& path) {
 
 int runToEnd(std::wstring commandLine, const std::filesystem::path& folder, HANDLE out,
              HANDLE err) {
+  STARTUPINFOW own = {};
+  GetStartupInfoW(&own);
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
+  startup.lpDesktop = own.lpDesktop;  // tests of windows run on a desktop of their own
   startup.dwFlags = STARTF_USESTDHANDLES;
   startup.hStdOutput = out;
   startup.hStdError = err;

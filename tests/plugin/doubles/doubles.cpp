@@ -45,6 +45,9 @@ void Doubles::reset() {
   exifBeginWide = [](auto...) { return nullptr; };
   thumbnailData = [](auto...) { return -1; };
   shrink = [](auto...) {};
+  showProperty = [](auto&&...) { return 0; };
+  dialogStart = [](auto...) { return 0; };
+  winHelp = [](auto...) { return 1; };
 }
 
 Doubles& state() {

@@ -9,9 +9,11 @@
 
 #include "host/file_data.h"
 #include "host/k32comm.h"
+#include "host/k32misc.h"
 #include "host/kexiflib.h"
 #include "host/kfioutil.h"
 #include "host/klibjpg.h"
+#include "host/property_pages.h"
 
 namespace doubles {
 
@@ -44,6 +46,10 @@ struct KF_DOUBLES_API Doubles {
   std::function<host::i64(host::u64*)> thumbnailData;
   std::function<void(host::u8*, const host::u8*, host::u32, host::u32, const host::u32*, host::u32)>
       shrink;
+  // The frame of the property dialog: its result.
+  std::function<int(HWND, host::PropertyDialogHeader&, int, host::PropertyPage*, int)> showProperty;
+  std::function<int(HWND dialog, int one, WPARAM, LPARAM)> dialogStart;
+  std::function<int(HWND dialog, int command, host::u64 data)> winHelp;
   // Property storage works like the real one unless refused.
   bool refuseReservation = false;
   int refuseReservations = 0;   // only so many, from now on

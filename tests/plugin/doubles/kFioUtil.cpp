@@ -58,4 +58,15 @@ int Prop_AppendFieldData(HGLOBAL record, const void* descriptor) {
   state().calls.emplace_back("Prop_AppendFieldData");
   return state().refuseAppend ? 0 : doubles::appendField(record, descriptor);
 }
+
+int kFioShowProperty(HWND owner, void* header, int pageCount, void* pages, int flags) {
+  state().calls.emplace_back("kFioShowProperty:" + std::to_string(pageCount));
+  return state().showProperty(owner, *static_cast<host::PropertyDialogHeader*>(header), pageCount,
+                              static_cast<host::PropertyPage*>(pages), flags);
+}
+
+int kFioWinHelp(HWND dialog, int command, host::u64 data) {
+  state().calls.emplace_back("kFioWinHelp:" + std::to_string(command) + ":" + std::to_string(data));
+  return state().winHelp(dialog, command, data);
+}
 }
