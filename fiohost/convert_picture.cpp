@@ -4,6 +4,7 @@
 
 #include "fiohost/describe.h"
 #include "fiohost/explain.h"
+#include "fiohost/held_fields.h"
 #include "fiohost/output_file.h"
 #include "fiohost/preview.h"
 #include "fiohost/progress.h"
@@ -120,6 +121,7 @@ Converted convertPicture(const Session& session, const SourceFile& file,
   const JpegLayout sourceLayout = layoutOf(file.path());
   if (!options.dropMetadata) takeMetadata(session, sourceLayout, described);
   const EditedParts edited = edit != nullptr ? edit->apply(described.fileData) : EditedParts{};
+  dropHeldFields(described.fileData);
   PreviewRows preview;
   if (edited.exif) preview = takePreview(session, file, described.fileData);
   const host::JpegTail sourceTail = described.fileData.jpegTail();

@@ -4,6 +4,7 @@
 
 #include "fiohost/describe.h"
 #include "fiohost/failure.h"
+#include "fiohost/held_fields.h"
 #include "fiohost/record_edits.h"
 #include "property/field_block.h"
 
@@ -21,26 +22,12 @@ bool isRepeatable(const SettableTag& tag) {
          std::find(repeatable.begin(), repeatable.end(), tag.definition.tag) != repeatable.end();
 }
 
-bool isIptc(u16 fieldId) {
-  return fieldId >= host::fieldIptcFirst && fieldId <= host::fieldIptcLast;
-}
-
 u16 presentTypeOf(const FileData& fileData, u16 fieldId) {
   const LockedFields locked(fileData);
   for (const PropertyField& field : locked.fields()) {
     if (field.fieldId == fieldId) return field.sourceGroup;
   }
   return 0;
-}
-
-// The Photoshop segment with the IPTC datasets; null when there is none.
-PropertyField* iptcSegment(const LockedFields& locked) {
-  for (PropertyField& field : locked.fields()) {
-    const bool isPhotoshop =
-        field.fieldId == host::fieldPhotoshop && field.sourceGroup == host::groupRawSegment;
-    if (isPhotoshop && countDatasets(property::payloadOf(field))) return &field;
-  }
-  return nullptr;
 }
 
 void rewriteSegment(PropertyField& field, const std::vector<DatasetEdit>& edits) {
@@ -60,13 +47,6 @@ void rewriteSegment(PropertyField& field, const std::vector<DatasetEdit>& edits)
   }
   property::dropBlock(field);
   field = changed;
-}
-
-// What the plug-in would write a second time: what the raw segments hold already. Profile chunks
-// would only take room, since no directory has an entry for them.
-bool isInASegment(const PropertyField& field) {
-  return field.fieldId == host::fieldIcc ||
-         (field.fieldId == host::fieldXmp && field.sourceGroup == 0);
 }
 
 bool isExifSegment(const PropertyField& field) {
@@ -123,8 +103,7 @@ bool TagEdits::editsDirectories() const {
                      [](const Edit& edit) { return edit.tag->group != PropertyGroup::iptc; });
 }
 
-// Datasets live in the Photoshop segment where a file has one. They then must not stand in the
-// record too, or the plug-in would put them into the EXIF segment as well.
+// Datasets live in the Photoshop segment where a file has one.
 EditedParts TagEdits::apply(FileData& fileData) {
   edits_ = readChanges(fileData);
   EditedParts parts;
@@ -138,7 +117,7 @@ EditedParts TagEdits::apply(FileData& fileData) {
     if (inPhotoshop && !datasets.empty()) {
       const auto listed = static_cast<std::size_t>(
           std::count_if(locked.fields().begin(), locked.fields().end(),
-                        [](const PropertyField& field) { return isIptc(field.fieldId); }));
+                        [](const PropertyField& field) { return isIptcField(field); }));
       const bool inExifToo = listed > countDatasets(property::payloadOf(*segment));
       parts.exif = parts.exif || inExifToo;
       parts.iptc = true;
@@ -147,10 +126,7 @@ EditedParts TagEdits::apply(FileData& fileData) {
   }
   parts.exif = parts.exif || (!datasets.empty() && !inPhotoshop);
   for (const Edit& edit : edits_) setField(fileData, *edit.tag, edit.values);
-  removeFields(fileData, [&](const PropertyField& field) {
-    return isInASegment(field) || (parts.exif && isExifSegment(field)) ||
-           (inPhotoshop && isIptc(field.fieldId));
-  });
+  if (parts.exif) removeFields(fileData, &isExifSegment);
   sortDirectories(fileData, catalogue_);
   return parts;
 }

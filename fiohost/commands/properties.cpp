@@ -60,7 +60,7 @@ class PropertiesCommand : public Command {
 
   FileResult serveFile(const Session& session, const SourceFile& file) {
     const Described described = describeFile(session, file);
-    if (window_) return show(session, name, described);
+    if (window_) return show(session, file.name(), described);
     session.plugin.loadProperties(described.fileData.handle());
     const std::vector<Property> properties = readProperties(session, described.fileData);
     return extract_.empty() ? list(file.name(), described, properties)
