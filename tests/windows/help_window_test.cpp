@@ -15,7 +15,7 @@ constexpr int openCommand = 1;
 constexpr int closeCommand = 2;
 constexpr host::u64 saveOptions = 1203;
 
-WinHelp* winHelp() { return realPlugin().util.function<WinHelp>("kFioWinHelp"); }
+WinHelp* winHelp() { return plugin().util.function<WinHelp>("kFioWinHelp"); }
 
 // Opens help and lives as long as its window.
 int showHelp() {

@@ -20,8 +20,8 @@ class PropertyDialogTest : public testing::Test {
   }
   void show(int flags = 0, int extraPages = 0, void* extra = nullptr) {
     thread_ = std::make_unique<DialogThread>([=, this] {
-      auto* entry = realEntry<host::ShowPropertyEntry>(host::ordinalShowProperty);
-      return entry(nullptr, file_->handle(), extraPages, extra, flags);
+      auto* showProperty = entry<host::ShowPropertyEntry>(host::ordinalShowProperty);
+      return showProperty(nullptr, file_->handle(), extraPages, extra, flags);
     });
     if (!sheet().window()) throw std::runtime_error("the dialog does not open");
   }

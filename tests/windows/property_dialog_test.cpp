@@ -205,7 +205,7 @@ TEST_F(PropertyDialog, PagesOfTheCallerComeBehindThoseOfTheModule) {
   char title[260] = "A page of the host";
   host::PropertyPage extra = {};
   extra.size = host::propertyPageSizeWord;
-  extra.resources = reinterpret_cast<host::u64>(realPlugin().resources.handle());
+  extra.resources = reinterpret_cast<host::u64>(plugin().resources.handle());
   extra.templateId = 797;
   extra.title = reinterpret_cast<host::u64>(title);
   extra.procedure = reinterpret_cast<host::u64>(&extraPage);
@@ -278,7 +278,7 @@ TEST_F(PropertyDialog, NoWindowClassOfTheModuleStays) {
   open({.cameraData = true});
   sheet().page(1);
   WNDCLASSA found = {};
-  const HMODULE module = realPlugin().module.handle();
+  const HMODULE module = plugin().module.handle();
   EXPECT_TRUE(GetClassInfoA(module, "Ciff_TreeList", &found));
   sheet().page(0);
   close();

@@ -43,7 +43,7 @@ LRESULT CALLBACK onActivate(int code, WPARAM wParam, LPARAM lParam) {
 TEST(PropertyHandles, AThousandOpeningsLeaveNone) {
   const ScratchFile scratch(jpegWith({true, true, true, true}));
   const DescribedFile file(scratch.path());
-  auto* show = realEntry<host::ShowPropertyEntry>(host::ordinalShowProperty);
+  auto* show = entry<host::ShowPropertyEntry>(host::ordinalShowProperty);
   hook = SetWindowsHookExA(WH_CBT, &onActivate, nullptr, GetCurrentThreadId());
   ASSERT_NE(hook, nullptr);
   // The first openings load what the system keeps for every later one.

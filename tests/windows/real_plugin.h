@@ -1,4 +1,4 @@
-// The built plug-in with its real companions, and files described by it.
+// Files described by the built plug-in with its real companions.
 #pragma once
 
 #include <cstdlib>
@@ -7,29 +7,10 @@
 #include "host/file_data.h"
 #include "host/plugin_entries.h"
 #include "platform/global_memory.h"
-#include "tests/companions/loaded_module.h"
+#include "tests/companions/loaded_plugin.h"
 #include "tests/mpo/scratch_file.h"
 
 namespace test {
-
-// Loaded first, so that the plug-in finds them by name.
-struct RealPlugin {
-  LoadedModule resources{"KFRES.DLL"};
-  LoadedModule common{"fio/k32Comm.dll"};
-  LoadedModule util{"fio/kFioUtil.dll"};
-  LoadedModule exif{"fio/kExifLib.dll"};
-  LoadedModule codec{"fio/klibjpg.dll"};
-  LoadedModule module{"fio/K32JPG.FIO"};
-};
-inline const RealPlugin& realPlugin() {
-  static const RealPlugin loaded;
-  return loaded;
-}
-
-template <typename Entry>
-Entry* realEntry(WORD ordinal) {
-  return realPlugin().module.function<Entry>(ordinal);
-}
 
 // A JPEG file's record, freed with its property record.
 class DescribedFile {
@@ -42,8 +23,7 @@ class DescribedFile {
   }
 
   explicit DescribedFile(const std::string& path)
-      : handle_(
-            realEntry<host::JpgGetFileDataEntry>(host::ordinalJpgGetFileData)(0, path.c_str())) {
+      : handle_(entry<host::JpgGetFileDataEntry>(host::ordinalJpgGetFileData)(0, path.c_str())) {
     EXPECT_NE(GlobalSize(handle_), 0U) << path;
     with([&](host::FileDataRecord& record) { std::strcpy(record.ansiPath, path.c_str()); });
   }
@@ -51,7 +31,7 @@ class DescribedFile {
   DescribedFile& operator=(const DescribedFile&) = delete;
   ~DescribedFile() {
     with([](host::FileDataRecord& record) {
-      realPlugin().util.function<void(HGLOBAL)>("kfioFreeProperty")(
+      plugin().util.function<void(HGLOBAL)>("kfioFreeProperty")(
           reinterpret_cast<HGLOBAL>(record.propertyRecord));
     });
     GlobalFree(handle_);
