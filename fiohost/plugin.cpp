@@ -54,19 +54,14 @@ void Plugin::loadProperties(HGLOBAL fileData) const {
   module_.entry<host::GetPropertyEntry>(host::ordinalGetProperty)(fileData, &ignored);
 }
 
+bool Plugin::hasWindows() const noexcept { return module_.has(host::ordinalShowProperty); }
+
 void Plugin::showProperties(HGLOBAL fileData) const {
-  if (!module_.has(host::ordinalShowProperty)) {
-    throw Failure("this build of the plug-in has no windows", "use the Windows build");
-  }
   constexpr int failed = -1;
   auto* show = module_.entry<host::ShowPropertyEntry>(host::ordinalShowProperty);
   if (show(nullptr, fileData, 0, nullptr, 0) == failed) {
     throw Failure("the property dialog cannot be opened", "see that there is a display");
   }
-}
-
-bool Plugin::hasSaveOptionsDialog() const noexcept {
-  return module_.has(host::ordinalJpgShowDlgSaveOption);
 }
 
 bool Plugin::showSaveOptions(HGLOBAL fileData) const {

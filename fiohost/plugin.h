@@ -38,11 +38,11 @@ class Plugin {
   // Takes the file's metadata into its record, without its pixels. A file without any is no
   // failure.
   void loadProperties(HGLOBAL fileData) const;
-  // Shows the file's properties in a dialog and returns when it is closed. Throws Failure when the
-  // plug-in has no windows (its native build) or the dialog cannot be opened.
+  // Whether this build of the plug-in has dialogs; the native one has none.
+  [[nodiscard]] bool hasWindows() const noexcept;
+  // Shows the file's properties in a dialog and returns when it is closed. Throws Failure when it
+  // cannot be opened.
   void showProperties(HGLOBAL fileData) const;
-  // Whether this build of the plug-in has the save-options dialog (the native one has no windows).
-  [[nodiscard]] bool hasSaveOptionsDialog() const noexcept;
   // Lets the user change the record's save options, which become the settings too. False when the
   // user cancelled.
   [[nodiscard]] bool showSaveOptions(HGLOBAL fileData) const;

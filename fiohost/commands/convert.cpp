@@ -34,11 +34,7 @@ class ConvertCommand : public Command {
     if (!folder && files_.size() > 1) {
       throw Failure(output_ + " is no folder", "several files need an existing folder to go to");
     }
-    if (options_.askUser && !session.plugin.hasSaveOptionsDialog()) {
-      printFailure("", Failure("--options: this build of the plug-in has no windows",
-                               "use the Windows build, or --quality and the other options"));
-      return exitUsage;
-    }
+    if (options_.askUser && !hasWindowsFor(session, "--options")) return exitUsage;
     takeOptions();
     return serveFiles(files_, json_, [&](const std::string& name) {
       return serve(session, name, folder ? nameIn(name) : output_);

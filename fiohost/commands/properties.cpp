@@ -41,6 +41,7 @@ class PropertiesCommand : public Command {
     if (!extract_.empty() && files_.size() > 1) {
       throw Failure("--extract takes one file", "name them one after another");
     }
+    if (window_ && !hasWindowsFor(session, "--window")) return exitUsage;
     return serveFiles(files_, json_, [&](const std::string& name) { return serve(session, name); });
   }
 

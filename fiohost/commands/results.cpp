@@ -37,6 +37,13 @@ void printJson(const ordered_json& value) {
   std::cout << value.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
 }
 
+bool hasWindowsFor(const Session& session, const std::string& option) {
+  if (session.plugin.hasWindows()) return true;
+  printFailure("", Failure(option + ": this build of the plug-in has no windows",
+                           "use the Windows build, or leave the option out"));
+  return false;
+}
+
 void printFailure(const std::string& file, const Failure& failure) {
   std::cout.flush();
   std::cerr << "fiohost: " << (file.empty() ? "" : file + ": ") << failure.line() << '\n';

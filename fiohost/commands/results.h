@@ -18,6 +18,9 @@ void printJson(const nlohmann::ordered_json& value);
 // The failure's line on the standard error. The file's name is left out when it is empty.
 void printFailure(const std::string& file, const Failure& failure);
 
+// False, after a line on the standard error, when the plug-in has no windows for the option.
+[[nodiscard]] bool hasWindowsFor(const Session& session, const std::string& option);
+
 // What a command has to say about one file.
 struct FileResult {
   std::string words;

@@ -220,8 +220,9 @@ TEST_F(PropertiesTest, ExtractingNeedsOneFileAKnownBlockAndAnOutput) {
 TEST_F(PropertiesTest, TheNativeBuildSaysThatItHasNoWindows) {
   addJpeg("a.jpg", {});
   const ProcessResult result = run({"properties", "a.jpg", "--window"});
-  EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.err, testing::HasSubstr("has no windows; use the Windows build"));
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_THAT(result.err, testing::HasSubstr("--window: this build of the plug-in has no windows; "
+                                             "use the Windows build"));
   EXPECT_EQ(result.out, "");
 }
 #endif
