@@ -1,7 +1,9 @@
 #include "fiohost/program.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <iostream>
+#include <new>
 
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
@@ -45,9 +47,7 @@ int runChosen(const std::vector<ReadyCommand>& commands) {
   return exitSomeFailed;
 }
 
-}  // namespace
-
-int runProgram(std::vector<std::string> arguments) {
+int parseAndRun(std::vector<std::string> arguments) {
   CLI::App app("Opens JPEG and MPO pictures through the plug-in K32JPG.FIO.", "fiohost");
   app.require_subcommand(1);
   app.allow_windows_style_options(false);  // "/folder/picture.jpg" is a file on every system
@@ -59,6 +59,17 @@ int runProgram(std::vector<std::string> arguments) {
     return tellParseResult(app, error);
   }
   return runChosen(commands);
+}
+
+}  // namespace
+
+int runProgram(std::vector<std::string> arguments) {
+  try {
+    return parseAndRun(std::move(arguments));
+  } catch (const std::bad_alloc&) {  // even telling of a failure takes memory
+    std::fputs("there is no memory left; close other programs\n", stderr);
+    return exitSomeFailed;
+  }
 }
 
 }  // namespace fiohost

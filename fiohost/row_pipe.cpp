@@ -28,7 +28,7 @@ host::u8* RowPipe::take() {
   std::unique_lock lock(mutex_);
   changed_.wait(lock, [&] { return ended_ || (!whole_ && !waiting_.empty()); });
   if (waiting_.empty()) return nullptr;
-  if (!taken_.empty()) spare_.push_back(std::move(taken_));
+  if (!taken_.empty() && spare_.size() < spare_.capacity()) spare_.push_back(std::move(taken_));
   taken_ = std::move(waiting_.front());
   waiting_.pop_front();
   changed_.notify_all();

@@ -15,7 +15,7 @@ namespace fiohost {
 // whole, and rows are given out once the last pass has ended.
 class RowPipe {
  public:
-  explicit RowPipe(bool severalPasses) : whole_(severalPasses) {}
+  explicit RowPipe(bool severalPasses) : whole_(severalPasses) { spare_.reserve(mostWaiting); }
   RowPipe(const RowPipe&) = delete;
   RowPipe& operator=(const RowPipe&) = delete;
 
@@ -35,7 +35,8 @@ class RowPipe {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<std::vector<host::u8>> waiting_;
-  std::vector<std::vector<host::u8>> spare_;  // used rows, to be filled again
+  std::vector<std::vector<host::u8>>
+      spare_;  // used rows, to be filled again; never grows, so that taking needs no memory
   std::vector<host::u8> taken_;
   bool ended_ = false;
   bool stopped_ = false;

@@ -11,15 +11,21 @@ struct Call {
   host::ReadRequest request = {1, {}, 0, {}, 0, 0};
   RowPipe* pipe = nullptr;
   host::u32 bytesPerPixel = 0;
+  std::exception_ptr failure;
 };
 
 int onRows(host::ReadRequest* request, host::u64, host::u32 firstRow, host::u32 width,
            host::u32 rowCount, host::u8** rows, host::u16, host::i32, host::u32) noexcept {
-  const Call& call = *reinterpret_cast<const Call*>(request);
-  for (host::u32 row = 0; row < rowCount; ++row) {
-    if (!call.pipe->put(firstRow + row, rows[row], std::size_t{width} * call.bytesPerPixel)) {
-      return -1;
+  Call& call = *reinterpret_cast<Call*>(request);
+  try {
+    for (host::u32 row = 0; row < rowCount; ++row) {
+      if (!call.pipe->put(firstRow + row, rows[row], std::size_t{width} * call.bytesPerPixel)) {
+        return -1;
+      }
     }
+  } catch (...) {  // there is no memory for the row
+    call.failure = std::current_exception();
+    return -1;
   }
   return 1;
 }
@@ -57,6 +63,7 @@ void RowReader::read(const Session& session, const SourceFile& file) {
   session.reports.clear();
   const int result =
       session.plugin.read(described.family, described.fileData.handle(), &call.request, &onRows);
+  if (call.failure) std::rethrow_exception(call.failure);
   if (result == 0) {
     throw explainCode(session.reports.code(), "the plug-in delivered no picture",
                       "the file may be damaged or may have changed meanwhile");

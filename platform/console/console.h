@@ -43,7 +43,8 @@ struct CloseFile {
 };
 using OwnedFile = std::unique_ptr<std::FILE, CloseFile>;
 
-// A new file open for writing bytes; null with errno set, EEXIST when the name is taken.
+// A new file open for writing bytes; null with errno set, EEXIST when the name is taken. No file is
+// left when there is none to answer.
 [[nodiscard]] OwnedFile createNewFile(const std::filesystem::path& path);
 
 // Loads the library at a full path; null when it is not there or refuses to load.

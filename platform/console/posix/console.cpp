@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "platform/posix/unicode.h"
 
 namespace platform {
@@ -34,7 +36,12 @@ OwnedFile createNewFile(const std::filesystem::path& path) {
   const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   if (descriptor < 0) return nullptr;
   OwnedFile file(fdopen(descriptor, "wb"));
-  if (file == nullptr) close(descriptor);
+  if (file == nullptr) {
+    const int error = errno;
+    close(descriptor);
+    unlink(path.c_str());
+    errno = error;
+  }
   return file;
 }
 

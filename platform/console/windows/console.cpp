@@ -118,12 +118,14 @@ OwnedFile createNewFile(const std::filesystem::path& path) {
     return nullptr;
   }
   const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY);
-  if (descriptor < 0) {
-    CloseHandle(handle);
-    return nullptr;
+  if (descriptor < 0) CloseHandle(handle);
+  OwnedFile file(descriptor < 0 ? nullptr : _fdopen(descriptor, "wb"));
+  if (file == nullptr) {
+    const int error = errno;
+    if (descriptor >= 0) _close(descriptor);
+    DeleteFileW(path.c_str());
+    errno = error;
   }
-  OwnedFile file(_fdopen(descriptor, "wb"));
-  if (file == nullptr) _close(descriptor);
   return file;
 }
 

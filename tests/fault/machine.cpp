@@ -1,0 +1,61 @@
+#include "tests/fault/machine.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "platform/posix/diagnostics.h"
+
+namespace fault {
+namespace {
+
+constexpr std::size_t mostRuns = 100000;
+
+struct State {
+  platform::posix::LiveCounts live = platform::posix::liveCounts();
+  std::filesystem::path directory = std::filesystem::current_path();
+};
+
+void expectSame(const State& before) {
+  const State after;
+  EXPECT_EQ(after.live.blocks, before.live.blocks) << "blocks left";
+  EXPECT_EQ(after.live.locks, before.live.locks) << "locks left";
+  EXPECT_EQ(after.live.files, before.live.files) << "files left open";
+  EXPECT_EQ(after.live.mappings, before.live.mappings) << "mappings left";
+  EXPECT_EQ(after.live.views, before.live.views) << "views left";
+  EXPECT_EQ(after.directory, before.directory);
+}
+
+struct Outcome {
+  bool struck;
+  bool succeeded;
+};
+
+Outcome runOnce(const Operation& operation, Resource resource, std::size_t number, Extent extent) {
+  const Fault fault(resource, number, extent);
+  const bool succeeded = operation.run();
+  return {fault.struck(), succeeded};
+}
+
+}  // namespace
+
+void failEverywhere(const Operation& operation, Resource resource, Extent extent) {
+  for (std::size_t number = 1; number < mostRuns; ++number) {
+    SCOPED_TRACE(operation.name + ": " + nameOf(resource) + " use " + std::to_string(number) +
+                 (extent == Extent::once ? " fails" : " and all later ones fail"));
+    operation.prepare();
+    const State before;
+    const Outcome outcome = runOnce(operation, resource, number, extent);
+    operation.check(outcome.succeeded);
+    expectSame(before);
+    if (!outcome.struck) {
+      EXPECT_TRUE(outcome.succeeded) << "nothing failed";
+      testing::Test::RecordProperty("runs", static_cast<int>(number));
+      return;
+    }
+    if (testing::Test::HasFailure()) return;  // one report is enough
+  }
+  FAIL() << operation.name << " never ran clean";
+}
+
+}  // namespace fault

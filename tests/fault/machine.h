@@ -1,0 +1,27 @@
+// Running one operation on a machine that fails at every point in turn.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tests/fault/faults.h"
+
+namespace fault {
+
+struct Operation {
+  std::string name;
+  // Before each run, on a machine that does not fail.
+  std::function<void()> prepare;
+  // True when it reports success. Nothing may be left behind whatever it reports.
+  std::function<bool()> run;
+  // After each run, with what it reported: what must hold of files and records.
+  std::function<void(bool succeeded)> check;
+};
+
+// Runs the operation with the N-th use of the resource failing, N = 1, 2, 3 ... until a run meets
+// no failure; that one must succeed. After each: blocks, locks, files, mappings, views and the
+// current directory as before.
+void failEverywhere(const Operation& operation, Resource resource, Extent extent);
+
+}  // namespace fault
