@@ -1,5 +1,6 @@
 #include "companions/klibjpg/decoder.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "companions/klibjpg/description.h"
@@ -183,7 +184,7 @@ void Decoder::chooseScale(u32 wantedWidth, u32 wantedHeight) {
 }
 
 void Decoder::setScanBudget() {
-  budget_.scans = freeScans + extraBlocks / blocksOf(info_);
+  budget_.scans = freeScans + extraBlocks / std::max<u64>(blocksOf(info_), 1);
   budget_.progress_monitor = [](j_common_ptr info) {
     const auto* decompress = reinterpret_cast<j_decompress_ptr>(info);
     const u64 begun = static_cast<u64>(decompress->input_scan_number);

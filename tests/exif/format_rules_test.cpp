@@ -94,7 +94,8 @@ TEST(FormatRules, BothFormsOfADateAreTheLocalesDateAndTime) {
     EXPECT_NE(date.find("12"), std::string::npos) << date;
     EXPECT_NE(date.find("31"), std::string::npos) << date;
     EXPECT_NE(date.find("08"), std::string::npos) << date;
-    EXPECT_TRUE(date.ends_with(" 23:59:58")) << date;
+    // A locale with a 12-hour clock keeps its mark behind the 24-hour time.
+    EXPECT_NE(date.find(" 23:59:58"), std::string::npos) << date;
     EXPECT_EQ(shownAs(field, "2008-12-31T23.59.58"), date) << "any character between";
     EXPECT_NE(shownAs(field, "2008:11:30 23:59:58"), date);
   }
@@ -108,7 +109,7 @@ TEST(FormatRules, ADateOfOtherPartsIsUnknown) {
 }
 
 TEST(FormatRules, WhatNoCalendarHasIsLeftBlank) {
-  EXPECT_TRUE(shownAs(5210, "0000:00:00 12:34:56").ends_with("12:34:56"));
+  EXPECT_EQ(shownAs(5210, "0000:00:00 12:34:56").find(" 12:34:56"), 0u);
   EXPECT_EQ(shownAs(5210, "0000:00:00 99:00:00"), " ");
 }
 
