@@ -26,8 +26,10 @@ std::uint8_t encoded(double intensity) {
 Colour pixelColour(unsigned x, unsigned y, unsigned height, double viewpoint) {
   Colour sum = {};
   for (unsigned i = 0; i < samplesPerSide * samplesPerSide; ++i) {
-    const double dx = (i % samplesPerSide + 0.5) / samplesPerSide;
-    const double dy = (i / samplesPerSide + 0.5) / samplesPerSide;
+    const unsigned column = i % samplesPerSide;
+    const unsigned line = i / samplesPerSide;
+    const double dx = (column + 0.5) / samplesPerSide;
+    const double dy = (line + 0.5) / samplesPerSide;
     const Colour sample = sceneColour((x + dx) / height, (y + dy) / height, viewpoint);
     sum = {sum.red + sample.red, sum.green + sample.green, sum.blue + sample.blue};
   }
@@ -38,8 +40,9 @@ Colour pixelColour(unsigned x, unsigned y, unsigned height, double viewpoint) {
 void writeRows(jpeg_compress_struct& encoder, double viewpoint) {
   Bytes row(std::size_t{encoder.image_width} * 3);
   while (encoder.next_scanline < encoder.image_height) {
-    for (unsigned x = 0; x < encoder.image_width; ++x) {
-      const Colour colour = pixelColour(x, encoder.next_scanline, encoder.image_height, viewpoint);
+    for (std::size_t x = 0; x < encoder.image_width; ++x) {
+      const Colour colour = pixelColour(static_cast<unsigned>(x), encoder.next_scanline,
+                                        encoder.image_height, viewpoint);
       row[3 * x] = encoded(colour.red);
       row[3 * x + 1] = encoded(colour.green);
       row[3 * x + 2] = encoded(colour.blue);
@@ -81,7 +84,7 @@ Bytes encodeScene(unsigned width, unsigned height, bool jfif, const Bytes& exif,
   writeRows(encoder, viewpoint);
   jpeg_finish_compress(&encoder);
   jpeg_destroy_compress(&encoder);
-  const Bytes stream(buffer, buffer + size);
+  Bytes stream(buffer, buffer + size);
   std::free(buffer);
   return stream;
 }

@@ -1,6 +1,7 @@
 #include "mpo/image_read.h"
 
 #include <cstring>
+#include <utility>
 
 #include "jpeg/read_request.h"
 #include "mpo/image_input.h"
@@ -87,7 +88,7 @@ class ImageDelivery {
 // The image list as it was, for a read that fails half-way.
 class KeptIndex {
  public:
-  explicit KeptIndex(const std::optional<MpoIndex>& index) noexcept : index_(index) {
+  explicit KeptIndex(std::optional<MpoIndex> index) noexcept : index_(std::move(index)) {
     if (!index_) return;
     copy_ = platform::OwnedGlobal(platform::fixedZeroed, sizeof(Content));
     if (Content* content = contentOf(copy_)) {

@@ -120,7 +120,8 @@ void writeIfd(ByteWriter& writer, MpfIfd ifd, const Subject& subject) noexcept {
   const auto written = [&](const MpfTag& row) { return isWritten(row, ifd, subject.flags); };
   const auto entries = static_cast<u16>(std::count_if(mpfTags().begin(), mpfTags().end(), written));
   const std::size_t start = writer.size() - mpfSignatureSize;
-  auto place = static_cast<u32>(start + sizeof(u16) + entries * mpfIfdEntrySize + sizeof(u32));
+  auto place =
+      static_cast<u32>(start + sizeof(u16) + std::size_t{entries} * mpfIfdEntrySize + sizeof(u32));
   writer.u16(entries);
   for (const MpfTag& row : mpfTags()) {
     if (!written(row)) continue;

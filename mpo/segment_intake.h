@@ -1,6 +1,8 @@
 // Where the application segments of an MPO's images go.
 #pragma once
 
+#include <utility>
+
 #include "mpo/mpf_segment.h"
 #include "property/segment_capture.h"
 
@@ -10,8 +12,8 @@ namespace mpo {
 class SegmentIntake {
  public:
   // Without an index multi-picture segments are ignored; without a capture the others are.
-  SegmentIntake(const std::optional<MpoIndex>& index, property::SegmentCapture* capture) noexcept
-      : index_(index), capture_(capture) {}
+  SegmentIntake(std::optional<MpoIndex> index, property::SegmentCapture* capture) noexcept
+      : index_(std::move(index)), capture_(capture) {}
 
   // The image that the next segments belong to: its position in the array and in the file.
   void beginImage(host::u32 position, host::u64 start) noexcept {
