@@ -22,6 +22,7 @@ constexpr u16 noKind = 0;  // no item of a heap has it, so the plug-in passes th
 
 std::string suggestNames(const std::vector<Property>& items, const std::string& given) {
   std::vector<std::string> names;
+  names.reserve(items.size());
   for (const Property& item : items) names.push_back(item.name);
   const std::string similar = similarNames(names, given);
   return similar.empty() ? "the values are " + quotedNames(names) : "did you mean " + similar + "?";
