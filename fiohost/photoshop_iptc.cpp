@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "platform/byte_reader.h"
 
@@ -54,7 +55,7 @@ std::optional<Bytes> firstDataset(Bytes rest) {
 // on rising where they do.
 class Rewriter {
  public:
-  explicit Rewriter(const std::vector<DatasetEdit>& edits) : left_(edits) {
+  explicit Rewriter(std::vector<DatasetEdit> edits) : left_(std::move(edits)) {
     std::sort(left_.begin(), left_.end(),
               [](const DatasetEdit& a, const DatasetEdit& b) { return a.number < b.number; });
     for (const DatasetEdit& edit : left_) edited_.push_back(edit.number);

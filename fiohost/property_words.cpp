@@ -47,7 +47,8 @@ const TiffTypeForm& typeOf(const Property& property) {
 
 u64 numberAt(const Bytes& bytes, std::size_t offset, std::size_t size) {
   u64 number = 0;
-  for (std::size_t i = 0; i < size; ++i) number |= u64{bytes[offset + i]} << (8 * i);
+  const std::size_t count = std::min(size, sizeof number);
+  for (std::size_t i = 0; i < count; ++i) number |= u64{bytes[offset + i]} << (8 * i);
   return number;
 }
 

@@ -108,6 +108,7 @@ void sortDirectories(const FileData& fileData, const TagCatalogue& catalogue) {
       if (tag != nullptr && tag->group == group) places.push_back(&field);
     }
     std::vector<PropertyField> sorted;
+    sorted.reserve(places.size());
     for (const PropertyField* place : places) sorted.push_back(*place);
     std::stable_sort(sorted.begin(), sorted.end(),
                      [&](const PropertyField& a, const PropertyField& b) {

@@ -55,6 +55,7 @@ bool isNamed(const SettableTag& tag, const std::string& name) {
 
 std::string choicesOf(const std::vector<const SettableTag*>& tags) {
   std::vector<std::string> names;
+  names.reserve(tags.size());
   for (const SettableTag* tag : tags) names.push_back(tag->standardName);
   return quotedNames(names);
 }
