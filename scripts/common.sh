@@ -16,6 +16,7 @@ native_packages=(cmake ninja-build g++ clang make pkg-config python3 ccache libj
   libcli11-dev nlohmann-json3-dev googletest)
 windows_packages=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev nasm dpkg-dev
   wine wine64)
+package_packages=(nsis dpkg-dev)
 test_packages=(clang-format exif imagemagick libjpeg-turbo-progs libimage-exiftool-perl python3-pil xvfb
   fonts-wine)
 
