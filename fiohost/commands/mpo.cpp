@@ -32,22 +32,10 @@ class MpoInfoCommand : public Command {
   bool json_ = false;
 };
 
-// "all" (an empty set) or numbers from 1 with commas between them.
-std::optional<std::set<host::u32>> parseNumbers(const std::string& text) {
-  std::set<host::u32> numbers;
-  if (text == "all") return numbers;
-  for (std::size_t start = 0; start <= text.size();) {
-    const std::size_t comma = std::min(text.find(',', start), text.size());
-    const auto number = parseInteger(std::string_view(text).substr(start, comma - start));
-    if (!number || *number < 1 || *number > 0xFFFFFFFF) return std::nullopt;
-    numbers.insert(static_cast<host::u32>(*number));
-    start = comma + 1;
-  }
-  return numbers;
-}
-
 std::string checkNumbers(const std::string& text) {
-  return parseNumbers(text) ? "" : "--images takes \"all\" or numbers such as 1,3, not " + text;
+  return text == "all" || parseNumbers(text)
+             ? ""
+             : "--images takes \"all\" or numbers such as 1,3, not " + text;
 }
 
 class MpoExtractCommand : public Command {
@@ -92,8 +80,9 @@ class MpoExtractCommand : public Command {
 
   // The images that were asked for; each must be there.
   [[nodiscard]] std::vector<ListedImage> chosen(const MpoFile& mpo) const {
-    const std::set<host::u32> numbers = *parseNumbers(images_);
-    if (numbers.empty()) return mpo.images;
+    if (images_ == "all") return mpo.images;
+    const std::vector<host::u32> given = *parseNumbers(images_);
+    const std::set<host::u32> numbers(given.begin(), given.end());
     std::vector<ListedImage> images;
     for (const host::u32 number : numbers) {
       if (number > mpo.images.size()) {
@@ -144,6 +133,12 @@ class MpoCommand : public Command {
     add(arguments, "extract", "write a file's images to files of their own",
         std::make_unique<MpoExtractCommand>());
     add(arguments, "build", "make a multi-picture file of JPEG files", makeMpoBuildCommand());
+    add(arguments, "reorder", "change the order of a file's images", makeMpoReorderCommand());
+    add(arguments, "swap", "let two images change places", makeMpoSwapCommand());
+    add(arguments, "remove", "leave images out", makeMpoRemoveCommand());
+    add(arguments, "insert", "add JPEG files as images", makeMpoInsertCommand());
+    add(arguments, "verify", "compare a file's index with its images", makeMpoVerifyCommand());
+    add(arguments, "repair", "write a right index", makeMpoRepairCommand());
   }
 
   ExitCode run(const Session& session) override {
