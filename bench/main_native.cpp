@@ -1,7 +1,7 @@
 // Every case through Google Benchmark. An iteration is one step of a case: its time is the
 // plug-in's, the other figures are counters, and what it is measured beside is the label.
 //
-// Usage: bench_native INPUTS SAMPLES [Google Benchmark's options]
+// Usage: bench_native INPUTS OUTPUTS SAMPLES [Google Benchmark's options]
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -47,16 +47,16 @@ void declare(const bench::Cases& cases) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc < 3) return EXIT_FAILURE;
-  bench::setFolders({argv[1], argv[2]});
+  if (argc < 4) return EXIT_FAILURE;
+  bench::setFolders({argv[1], argv[2], argv[3]});
   for (const auto& cases :
        {bench::readCases(), bench::previewCases(), bench::writeCases(), bench::metadataCases(),
         bench::mpoCases(), bench::processCases(), bench::growthCases()}) {
     declare(cases);
   }
-  int count = argc - 2;
-  argv[2] = argv[0];
-  benchmark::Initialize(&count, argv + 2);
+  int count = argc - 3;
+  argv[3] = argv[0];
+  benchmark::Initialize(&count, argv + 3);
   benchmark::ConsoleReporter console(benchmark::ConsoleReporter::OO_None);
   console.SetOutputStream(&std::cerr);
   console.SetErrorStream(&std::cerr);

@@ -1,7 +1,7 @@
 // The reading and writing cases as a program for Windows, where there is no Google Benchmark. The
 // answer has the form that Google Benchmark's has.
 //
-// Usage: bench_windows.exe INPUTS OUTPUT.json REGULAR-EXPRESSION
+// Usage: bench_windows.exe INPUTS OUTPUTS RESULT.json REGULAR-EXPRESSION
 #include <cstdlib>
 #include <exception>
 #include <fstream>
@@ -37,9 +37,9 @@ json run(const Case& measured) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 4) return EXIT_FAILURE;
-  bench::setFolders({argv[1], ""});
-  const std::regex chosen(argv[3]);
+  if (argc != 5) return EXIT_FAILURE;
+  bench::setFolders({argv[1], argv[2], ""});
+  const std::regex chosen(argv[4]);
   json rows = json::array();
   for (const auto& cases : {bench::readCases(), bench::writeCases()}) {
     for (Case measured : cases) {
@@ -49,6 +49,6 @@ int main(int argc, char** argv) {
       std::cerr << measured.name << std::endl;
     }
   }
-  std::ofstream(argv[2]) << json{{"benchmarks", rows}};
+  std::ofstream(argv[3]) << json{{"benchmarks", rows}};
   return EXIT_SUCCESS;
 }

@@ -1,11 +1,13 @@
 // Cost must grow as the work does, and memory with neither the rows nor their number.
-#include "bench/beside/codec_loop.h"
+#include <stdexcept>
+
 #include "bench/cases/cases.h"
 #include "bench/inputs/grown_files.h"
 #include "bench/inputs/inputs.h"
 #include "bench/inputs/pictures.h"
 #include "bench/measure/growth.h"
 #include "fiohost/mpo_extract.h"
+#include "fiohost/properties.h"
 
 namespace bench {
 namespace {
@@ -35,9 +37,18 @@ GrowthStep writeStep(u32 megapixels) {
   return {static_cast<double>(megapixels), [=] { write(path, *picture, writeOptions); }};
 }
 
+// What is not taken in would cost nothing.
+void requireFields(const Path& path, u32 count) {
+  const fiohost::FileData fileData = open(path);
+  readFields(fileData);
+  if (fiohost::LockedFields(fileData).fields().size() >= count) return;
+  throw std::runtime_error(path.string() + ": not every entry became a field");
+}
+
 GrowthStep entriesStep(u32 count) {
   const Path path = inputPath("entries-" + std::to_string(count) + ".jpg");
   writeEntries(path, count);
+  requireFields(path, count);
   return {static_cast<double>(count), [=] { readFields(open(path)); }};
 }
 
@@ -58,6 +69,7 @@ GrowthStep imagesStep(u32 count) {
 GrowthStep segmentsStep(u32 count) {
   const Path path = inputPath("segments-" + std::to_string(count) + ".jpg");
   writeSegments(path, count);
+  requireFields(path, count);
   return {static_cast<double>(count), [=] {
             RowSink sink;
             fiohost::FileData fileData = open(path);

@@ -15,7 +15,6 @@ using support::Bytes;
 using support::JpegBuilder;
 using support::OrderedBytes;
 
-constexpr std::uint16_t isoSpeed = 0x8827;
 constexpr u32 tiffStart = 12;  // SOI, marker, length word, "Exif" with two NULs
 
 void writeFile(const std::filesystem::path& path, const Bytes& bytes) {
@@ -24,38 +23,51 @@ void writeFile(const std::filesystem::path& path, const Bytes& bytes) {
              static_cast<std::streamsize>(bytes.size()));
 }
 
-// A TIFF header (TIFF 6.0, section 2) that names the place of its directory.
-Bytes tiffHeader(u32 directory) {
+// A TIFF header (TIFF 6.0, section 2) with a directory of one entry, which names the place of the
+// EXIF directory.
+Bytes tiffHead(u32 exifDirectory) {
   OrderedBytes out(ByteOrder::little);
   out.append(support::bytesOf("II"));
   out.u16(42);
-  out.u32(directory);
-  return out.bytes();
-}
-
-Bytes directoryOf(u32 count) {
-  OrderedBytes out(ByteOrder::little);
-  out.u16(count);
-  for (u32 i = 0; i < count; ++i) {
-    out.u16(isoSpeed);
-    out.u16(3);  // SHORT
-    out.u32(1);
-    out.u32(i & 0xFFFF);
-  }
+  out.u32(8);
+  out.u16(1);
+  out.u16(support::tag::exifPointer);
+  out.u16(4);  // LONG
+  out.u32(1);
+  out.u32(exifDirectory);
   out.u32(0);
   return out.bytes();
 }
 
-Bytes pictureWith(u32 directory) {
+// Every entry has its value behind the directory.
+Bytes directoryOf(u32 place, u32 count) {
+  OrderedBytes out(ByteOrder::little);
+  const u32 values = place + 2 + 12 * count + 4;
+  out.u16(count);
+  for (u32 i = 0; i < count; ++i) {
+    out.u16(support::tag::exposureTime);
+    out.u16(5);  // RATIONAL
+    out.u32(1);
+    out.u32(values + 8 * i);
+  }
+  out.u32(0);
+  for (u32 i = 0; i < count; ++i) {
+    out.u32(1);
+    out.u32(i + 1);
+  }
+  return out.bytes();
+}
+
+Bytes pictureWith(u32 exifDirectory) {
   JpegBuilder builder;
-  return builder.withoutJfif().exif(tiffHeader(directory)).build();
+  return builder.withoutJfif().exif(tiffHead(exifDirectory)).build();
 }
 
 }  // namespace
 
 void writeEntries(const std::filesystem::path& path, u32 count) {
-  const auto size = static_cast<u32>(pictureWith(0).size());
-  writeFile(path, support::joined(pictureWith(size - tiffStart), directoryOf(count)));
+  const u32 place = static_cast<u32>(pictureWith(0).size()) - tiffStart;
+  writeFile(path, support::joined(pictureWith(place), directoryOf(place, count)));
 }
 
 void writeSegments(const std::filesystem::path& path, u32 count) {

@@ -44,7 +44,9 @@ Path inputPath(const std::string& name) {
   return std::filesystem::absolute(folders().inputs / name);
 }
 
-Path outputPath(const std::string& name) { return inputPath("out-" + name); }
+Path outputPath(const std::string& name) {
+  return std::filesystem::absolute(folders().outputs / name);
+}
 
 Path largeJpeg(bool progressive) {
   return made(progressive ? "progressive.jpg" : "baseline.jpg", largeWidth, largeHeight,

@@ -14,6 +14,7 @@ using Paths = std::vector<Path>;
 // Where the inputs and real pictures lie. Set once, before anything is asked for.
 struct Folders {
   Path inputs;
+  Path outputs;  // exists; in memory, so that no disk is measured
   Path samples;  // need not exist
 };
 void setFolders(const Folders& folders);
