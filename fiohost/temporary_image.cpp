@@ -2,6 +2,7 @@
 
 #include "fiohost/failure.h"
 #include "fiohost/mpo_extract.h"
+#include "fiohost/temporary_name.h"
 #include "platform/console/console.h"
 
 namespace fiohost {
@@ -9,8 +10,7 @@ namespace fiohost {
 TemporaryImage::TemporaryImage(const Session& session, const SourceFile& file, host::u32 number)
     : name_(file.name()),
       path_(std::filesystem::temp_directory_path() /
-            ("fiohost-" + std::to_string(platform::processNumber()) + "-image-" +
-             std::to_string(number) + ".jpg")) {
+            (temporaryStem() + "-image-" + std::to_string(number) + ".jpg")) {
   const MpoFile mpo = describeMpo(session, file);
   if (number > mpo.images.size()) {
     throw Failure("there is no image " + std::to_string(number),

@@ -4,6 +4,7 @@
 
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
+#include "fiohost/jobs/jobs_option.h"
 #include "fiohost/mpo_extract.h"
 #include "fiohost/mpo_words.h"
 #include "fiohost/numbers.h"
@@ -16,10 +17,11 @@ class MpoInfoCommand : public Command {
   void declare(CLI::App& arguments) override {
     arguments.add_option("FILE", files_, "MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
+    jobs_.declare(arguments);
   }
 
   ExitCode run(const Session& session) override {
-    return serveFiles(files_, json_, [&session](const std::string& name) {
+    return serveFiles(files_, {json_, jobs_.count()}, [&session](const std::string& name) {
       const MpoFile mpo = describeMpo(session, SourceFile(name));
       return FileResult{listInWords(name, mpo), listInJson(name, mpo)};
     });
@@ -28,6 +30,7 @@ class MpoInfoCommand : public Command {
  private:
   std::vector<std::string> files_;
   bool json_ = false;
+  Jobs jobs_;
 };
 
 std::string checkNumbers(const std::string& text) {
@@ -54,7 +57,7 @@ class MpoExtractCommand : public Command {
     if (!std::filesystem::is_directory(platform::systemPath(folder_))) {
       throw Failure(folder_ + " is no folder and cannot become one", "name another");
     }
-    return serveFiles({file_}, json_,
+    return serveFiles({file_}, {json_},
                       [&](const std::string& name) { return serve(session, name); });
   }
 

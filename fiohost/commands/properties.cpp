@@ -2,6 +2,7 @@
 #include "fiohost/commands/results.h"
 #include "fiohost/describe.h"
 #include "fiohost/extract.h"
+#include "fiohost/jobs/jobs_option.h"
 #include "fiohost/output_file.h"
 #include "fiohost/property_words.h"
 #include "fiohost/temporary_image.h"
@@ -22,6 +23,7 @@ class PropertiesCommand : public Command {
   void declare(CLI::App& arguments) override {
     arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
+    jobs_.declare(arguments);
     arguments.add_flag("--raw", raw_, "numbers, fractions and bytes as they are stored");
     arguments
         .add_option("--image", image_,
@@ -40,16 +42,19 @@ class PropertiesCommand : public Command {
       throw Failure("--extract takes one file", "name them one after another");
     }
     if (window_ && !hasWindowsFor(session, "--window")) return exitUsage;
-    return serveFiles(files_, json_, [&](const std::string& name) { return serve(session, name); });
+    // One dialog at a time.
+    const Serving serving = {json_, window_ ? 1 : jobs_.count()};
+    return serveFiles(files_, serving,
+                      [&](const std::string& name) { return serve(session, name); });
   }
 
  private:
-  FileResult serve(const Session& session, const std::string& name) {
+  [[nodiscard]] FileResult serve(const Session& session, const std::string& name) const {
     const SourceFile file(name);
     return image_ == 0 ? serveFile(session, file) : serveImage(session, file);
   }
 
-  FileResult serveImage(const Session& session, const SourceFile& file) {
+  [[nodiscard]] FileResult serveImage(const Session& session, const SourceFile& file) const {
     const TemporaryImage image(session, file, image_);
     FileResult result = serveFile(session, image.source());
     result.words.insert(file.name().size(), ", image " + std::to_string(image_));
@@ -57,7 +62,7 @@ class PropertiesCommand : public Command {
     return result;
   }
 
-  FileResult serveFile(const Session& session, const SourceFile& file) {
+  [[nodiscard]] FileResult serveFile(const Session& session, const SourceFile& file) const {
     const Described described = describeFile(session, file);
     if (window_) return show(session, file.name(), described);
     session.plugin.loadProperties(described.fileData.handle());
@@ -110,6 +115,7 @@ class PropertiesCommand : public Command {
   bool json_ = false;
   bool raw_ = false;
   bool window_ = false;
+  Jobs jobs_;
 };
 
 }  // namespace

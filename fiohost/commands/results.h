@@ -35,9 +35,16 @@ struct FileResult {
                                    const std::string& output, bool replace,
                                    const MetadataEdit& edit);
 
-// Serves each file on its own: a failure is told and the next file's turn comes. With json the
-// results come as one array in the files' order, a failed file as {"file", "error"}.
-ExitCode serveFiles(const std::vector<std::string>& files, bool json,
+struct Serving {
+  bool json =
+      false;  // results as one array in the files' order, a failed file as {"file", "error"}
+  unsigned jobs = 1;  // files that are served at a time
+};
+
+// Serves each file on its own, up to so many at a time: a failure is told and the other files are
+// served. Results and failures are told in the files' order. serve is called on several threads
+// when jobs is above 1; names mean there what they mean outside.
+ExitCode serveFiles(const std::vector<std::string>& files, const Serving& serving,
                     const std::function<FileResult(const std::string&)>& serve);
 
 }  // namespace fiohost
