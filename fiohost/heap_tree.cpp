@@ -112,7 +112,7 @@ Json HeapLister::values(i32 index, std::size_t depth) {
     const HeapItem item = {record.row, row};
     if (!hasFields) {
       Json value = textValue(index, row, depth);
-      if (!value.isNull()) list.push_back(std::move(value));
+      if (!value.is_null()) list.push_back(std::move(value));
     } else if (!items_.empty() && items_.front().id == item.fieldId()) {
       list.push_back(fieldValue(item, depth));
     }
