@@ -53,7 +53,10 @@ void failEverywhere(const Operation& operation, Resource resource, Extent extent
       testing::Test::RecordProperty("runs", static_cast<int>(number));
       return;
     }
-    if (testing::Test::HasFailure()) return;  // one report is enough
+    if (testing::Test::HasFailure()) {  // one report is enough
+      ADD_FAILURE() << "what failed first was wanted by" << whereStruck();
+      return;
+    }
   }
   FAIL() << operation.name << " never ran clean";
 }
