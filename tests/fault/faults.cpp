@@ -25,7 +25,7 @@ thread_local int exemptions = 0;
 constexpr int deepest = 30;
 constexpr std::size_t longestName = 120;
 void* stack[deepest];
-int depth = 0;
+int depth = backtrace(stack, 1);  // the first call makes its preparations
 
 void noteStack() noexcept {
   const Exempt exempt;
@@ -43,7 +43,6 @@ const char* nameOf(Resource resource) {
 
 Fault::Fault(Resource resource, std::size_t number, Extent extent) {
   used = 0;
-  depth = backtrace(stack, 1);  // the first call makes its preparations
   depth = 0;
   firstFailure = number;
   failsEverAfter = extent == Extent::everAfter;
