@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <optional>
 
 #include "fiohost/program.h"
 #include "tests/fault/machine.h"
@@ -28,6 +27,7 @@ void PrintTo(const CommandCase& command, std::ostream* out) { *out << command.na
 class Silence {
  public:
   Silence() : out_(dup(STDOUT_FILENO)), error_(dup(STDERR_FILENO)) {
+    const Exempt exempt;
     std::fflush(nullptr);
     const int nothing = ::open("/dev/null", O_WRONLY);
     dup2(nothing, STDOUT_FILENO);
@@ -37,6 +37,7 @@ class Silence {
   Silence(const Silence&) = delete;
   Silence& operator=(const Silence&) = delete;
   ~Silence() {
+    const Exempt exempt;
     std::fflush(nullptr);
     dup2(out_, STDOUT_FILENO);
     dup2(error_, STDERR_FILENO);
@@ -123,18 +124,16 @@ class Commands : public testing::TestWithParam<Case> {
 TEST_P(Commands, SucceedWholeOrLeaveEverythingAsItWas) {
   const auto& [command, resource, extent] = GetParam();
   std::vector<std::string> passed;
-  std::optional<Silence> silence;
   const Operation operation = {command.name,
                                [&] {
                                  reset();
                                  passed = arguments();
-                                 silence.emplace();
                                },
-                               [&] { return fiohost::runProgram(std::move(passed)) == 0; },
-                               [&](bool succeeded) {
-                                 silence.reset();
-                                 check(succeeded);
-                               }};
+                               [&] {
+                                 const Silence silence;
+                                 return fiohost::runProgram(std::move(passed)) == 0;
+                               },
+                               [&](bool succeeded) { check(succeeded); }};
   failEverywhere(operation, resource, extent);
 }
 
