@@ -73,6 +73,11 @@ Decoder::Decoder(InputSource& source, Receiver& receiver) noexcept
 Decoder::~Decoder() { jpeg_destroy_decompress(&info_); }
 
 int Decoder::run() {
+  const int result = decode();
+  return result == host::codecGoOn && source_.failed() ? codecFailed : result;
+}
+
+int Decoder::decode() {
   if (!trap_.run<&Decoder::readHeader>(*this)) return codecFailed;
   if (answer_ != host::codecGoOn) return answer_;
   if (!trap_.run<&Decoder::announce>(*this)) return codecFailed;
@@ -198,6 +203,7 @@ void Decoder::setScanBudget() {
 bool Decoder::prepareRows() {
   setScanBudget();
   if (trap_.run<&Decoder::startPicture>(*this)) return true;
+  if (trap_.outOfMemory()) return false;
   info_.progress = nullptr;
   info_.unread_marker = 0;
   source_.end();

@@ -13,7 +13,8 @@ namespace klibjpg {
 // the whole picture apiece.
 //
 // What is damaged is delivered as far as it can be decoded; samples that the stream does not hold
-// are 128 in every channel before ink is turned. Results: codecGoOn, the answer that stopped, or
+// are 128 in every channel before ink is turned. A stream that cannot be read on, or a lack of
+// memory, is no damage: the call fails. Results: codecGoOn, the answer that stopped, or
 // codecFailed.
 class Decoder {
  public:
@@ -29,6 +30,8 @@ class Decoder {
   struct ScanBudget : jpeg_progress_mgr {
     host::u64 scans = 0;
   };
+
+  [[nodiscard]] int decode();
 
   // Steps of the trap.
   void readHeader();

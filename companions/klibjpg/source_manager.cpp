@@ -93,7 +93,10 @@ FileSource::~FileSource() {
 std::span<const u8> FileSource::nextBuffer() {
   if (file_ == INVALID_HANDLE_VALUE) return {};
   DWORD count = 0;
-  if (!ReadFile(file_, buffer_.get(), bufferSize, &count, nullptr)) return {};
+  if (!ReadFile(file_, buffer_.get(), bufferSize, &count, nullptr)) {
+    noteFailure();
+    return {};
+  }
   return {buffer_.get(), count};
 }
 

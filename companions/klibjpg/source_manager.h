@@ -31,15 +31,20 @@ class InputSource : public jpeg_source_mgr {
   // Cuts the stream off here.
   void end() noexcept;
 
+  // Whether the stream ended because it could not be read on.
+  [[nodiscard]] bool failed() const noexcept { return failed_; }
+
  protected:
   // The next buffer of the stream, valid until the next call; empty at its end.
   virtual std::span<const host::u8> nextBuffer() = 0;
+  void noteFailure() noexcept { failed_ = true; }
 
  private:
   bool refill();
 
   host::u64 delivered_ = 0;
   bool ended_ = false;
+  bool failed_ = false;
 };
 
 class MemorySource final : public InputSource {

@@ -1,13 +1,12 @@
-// Every command that writes, on a machine that fails at every point: it ends with an exit code, what
-// it reports as done is what a machine in order makes, what was there before is whole otherwise, and
-// no temporary file is left.
+// Every command that writes, on a machine that fails at every point: it ends with an exit code,
+// what it reports as done is what a machine in order makes, what was there before is whole
+// otherwise, and no temporary file is left.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <optional>
 
 #include "fiohost/program.h"
 #include "tests/fault/machine.h"
@@ -28,6 +27,7 @@ void PrintTo(const CommandCase& command, std::ostream* out) { *out << command.na
 class Silence {
  public:
   Silence() : out_(dup(STDOUT_FILENO)), error_(dup(STDERR_FILENO)) {
+    const Exempt exempt;
     std::fflush(nullptr);
     const int nothing = ::open("/dev/null", O_WRONLY);
     dup2(nothing, STDOUT_FILENO);
@@ -37,6 +37,7 @@ class Silence {
   Silence(const Silence&) = delete;
   Silence& operator=(const Silence&) = delete;
   ~Silence() {
+    const Exempt exempt;
     std::fflush(nullptr);
     dup2(out_, STDOUT_FILENO);
     dup2(error_, STDERR_FILENO);
@@ -98,8 +99,8 @@ class Commands : public testing::TestWithParam<Case> {
       EXPECT_TRUE(after == done_) << "success without the whole result: "
                                   << Scratch::difference(after, done_);
     } else if (!mayBeDoneAfterFailure()) {
-      EXPECT_TRUE(after == before_) << "what was there before is not whole: "
-                                    << Scratch::difference(after, before_);
+      EXPECT_TRUE(after == before_)
+          << "what was there before is not whole: " << Scratch::difference(after, before_);
     } else {
       expectEachWhole(after);
     }
@@ -123,18 +124,16 @@ class Commands : public testing::TestWithParam<Case> {
 TEST_P(Commands, SucceedWholeOrLeaveEverythingAsItWas) {
   const auto& [command, resource, extent] = GetParam();
   std::vector<std::string> passed;
-  std::optional<Silence> silence;
   const Operation operation = {command.name,
                                [&] {
                                  reset();
                                  passed = arguments();
-                                 silence.emplace();
                                },
-                               [&] { return fiohost::runProgram(std::move(passed)) == 0; },
-                               [&](bool succeeded) {
-                                 silence.reset();
-                                 check(succeeded);
-                               }};
+                               [&] {
+                                 const Silence silence;
+                                 return fiohost::runProgram(std::move(passed)) == 0;
+                               },
+                               [&](bool succeeded) { check(succeeded); }};
   failEverywhere(operation, resource, extent);
 }
 
@@ -143,7 +142,9 @@ const CommandCase commands[] = {
     {"read", {"read", "@in.jpg", "-o", "@out.png"}, {"out.png"}},
     {"read_fit", {"read", "@in.jpg", "-o", "@out.ppm", "--fit", "13x13"}, {"out.ppm"}},
     {"show", {"show", "@in.jpg", "--force"}, {"in.png"}},
-    {"set", {"set", "@in.jpg", "Artist=A", "Keywords=sea", "-o", "@out.jpg", "--force"}, {"out.jpg"}},
+    {"set",
+     {"set", "@in.jpg", "Artist=A", "Keywords=sea", "-o", "@out.jpg", "--force"},
+     {"out.jpg"}},
     {"heap",
      {"heap", "@in.jpg", "--set", "Image file name=A.JPG", "-o", "@out.jpg", "--force"},
      {"out.jpg"}},
@@ -152,9 +153,7 @@ const CommandCase commands[] = {
      {"properties", "@in.jpg", "--extract", "thumbnail", "-o", "@out.jpg"},
      {"out.jpg"}},
     {"settings", {"settings", "Quality=70"}, {"settings.ini"}},
-    {"mpo_extract",
-     {"mpo", "extract", "@in.mpo", "-o", "@.", "--force"},
-     {"in-1.png", "in-2.png"}},
+    {"mpo_extract", {"mpo", "extract", "@in.mpo", "-o", "@.", "--force"}, {"in-1.png", "in-2.png"}},
     {"mpo_extract_jpeg",
      {"mpo", "extract", "@in.mpo", "-o", "@.", "--jpeg", "--force"},
      {"in-1.jpg", "in-2.jpg"}},
@@ -171,13 +170,13 @@ std::string nameOfCase(const testing::TestParamInfo<Case>& chosen) {
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    AllThatWrite, Commands,
-    testing::Combine(testing::ValuesIn(commands),
-                     testing::Values(Resource::globalMemory, Resource::heap, Resource::files,
-                                     Resource::calls, Resource::events),
-                     testing::Values(Extent::once, Extent::everAfter)),
-    &nameOfCase);
+INSTANTIATE_TEST_SUITE_P(AllThatWrite, Commands,
+                         testing::Combine(testing::ValuesIn(commands),
+                                          testing::Values(Resource::globalMemory, Resource::heap,
+                                                          Resource::files, Resource::calls,
+                                                          Resource::events),
+                                          testing::Values(Extent::once, Extent::everAfter)),
+                         &nameOfCase);
 
 }  // namespace
 }  // namespace fault

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 namespace fault {
 
@@ -29,6 +30,9 @@ class Fault {
   // Whether the number was reached, so that something failed.
   [[nodiscard]] bool struck() const;
 };
+
+// The calls that led to the last fault's first failure, innermost first, for messages.
+[[nodiscard]] std::string whereStruck();
 
 // Counts a use of the resource; true when it has to fail. For the interposed calls.
 [[nodiscard]] bool strike(Resource resource) noexcept;

@@ -84,13 +84,15 @@ void Scratch::clear() const {
   }
 }
 
+// The profile makes the pixels lie behind what is read of a file at once.
 Bytes picture() {
+  constexpr std::size_t profileBytes = 65000;
   return support::JpegBuilder()
       .size(40, 24)
       .cameraHeap(heap())
       .exif(exif())
       .xmp(bytesOf("<x:xmpmeta/>"))
-      .icc(1, 1, Bytes(200, 3))
+      .icc(1, 1, Bytes(profileBytes, 3))
       .photoshop(resources())
       .build();
 }
