@@ -9,8 +9,6 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 class HeapCommand : public Command {
  public:
   void declare(CLI::App& arguments) override {

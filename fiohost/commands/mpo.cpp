@@ -11,8 +11,6 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 class MpoInfoCommand : public Command {
  public:
   void declare(CLI::App& arguments) override {
@@ -64,7 +62,7 @@ class MpoExtractCommand : public Command {
   FileResult serve(const Session& session, const std::string& name) const {
     const SourceFile file(name);
     MpoFile mpo = describeMpo(session, file);
-    FileResult result = {"", {{"file", name}, {"images", ordered_json::array()}}};
+    FileResult result = {"", {{"file", name}, {"images", Json::array()}}};
     std::optional<Failure> first;
     for (const ListedImage& image : chosen(mpo)) {
       try {

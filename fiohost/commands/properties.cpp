@@ -9,8 +9,6 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 // Labels are longer than the facts of a picture.
 std::string propertyLine(const Property& property, bool exact) {
   constexpr std::size_t labelWidth = 34;
@@ -76,10 +74,9 @@ class PropertiesCommand : public Command {
 
   FileResult list(const std::string& name, const Described& described,
                   const std::vector<Property>& properties) const {
-    FileResult result = {name + "\n",
-                         {{"file", name},
-                          {"format", familyName(described.family)},
-                          {"properties", ordered_json::array()}}};
+    FileResult result = {
+        name + "\n",
+        {{"file", name}, {"format", familyName(described.family)}, {"properties", Json::array()}}};
     const char* group = nullptr;
     for (const Property& property : properties) {
       if (group != groupName(property.group)) {

@@ -7,12 +7,10 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
-ordered_json failureInJson(const std::string& file, const Failure& failure) {
+Json failureInJson(const std::string& file, const Failure& failure) {
   return {{"file", file},
           {"error",
-           {{"code", failure.code() != 0 ? ordered_json(failure.code()) : ordered_json(nullptr)},
+           {{"code", failure.code() != 0 ? Json(failure.code()) : Json(nullptr)},
             {"message", failure.what()},
             {"advice", failure.advice()}}}};
 }
@@ -32,10 +30,7 @@ FileResult serveOne(const std::string& file,
 
 }  // namespace
 
-void printJson(const ordered_json& value) {
-  // File names need not be valid UTF-8 on every system.
-  std::cout << value.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
-}
+void printJson(const Json& value) { std::cout << value.dump() << '\n'; }
 
 bool hasWindowsFor(const Session& session, const std::string& option) {
   if (session.plugin.hasWindows()) return true;
@@ -68,7 +63,7 @@ FileResult savedWith(const Session& session, const SourceFile& file, const std::
 
 ExitCode serveFiles(const std::vector<std::string>& files, bool json,
                     const std::function<FileResult(const std::string&)>& serve) {
-  ordered_json all = ordered_json::array();
+  Json all = Json::array();
   ExitCode code = exitSuccess;
   for (const std::string& file : files) {
     if (interrupted()) return exitSomeFailed;

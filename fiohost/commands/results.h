@@ -3,17 +3,17 @@
 #pragma once
 
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "fiohost/commands/command.h"
 #include "fiohost/convert_picture.h"
 #include "fiohost/failure.h"
+#include "fiohost/json_value.h"
 
 namespace fiohost {
 
-void printJson(const nlohmann::ordered_json& value);
+void printJson(const Json& value);
 
 // The failure's line on the standard error. The file's name is left out when it is empty.
 void printFailure(const std::string& file, const Failure& failure);
@@ -24,7 +24,7 @@ void printFailure(const std::string& file, const Failure& failure);
 // What a command has to say about one file.
 struct FileResult {
   std::string words;
-  nlohmann::ordered_json json;
+  Json json;
 };
 
 // What became of an input that was saved anew.

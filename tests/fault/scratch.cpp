@@ -1,6 +1,5 @@
 #include "tests/fault/scratch.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -58,13 +57,31 @@ Bytes Scratch::read(const std::string& name) const {
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-std::vector<std::string> Scratch::names() const {
-  std::vector<std::string> found;
+Scratch::Content Scratch::content() const {
+  Content found;
   for (const auto& entry : std::filesystem::directory_iterator(path_)) {
-    found.push_back(entry.path().filename().string());
+    const std::string name = entry.path().filename().string();
+    found.emplace(name, read(name));
   }
-  std::sort(found.begin(), found.end());
   return found;
+}
+
+std::string Scratch::difference(const Content& one, const Content& other) {
+  std::string names;
+  for (const auto& [name, bytes] : one) {
+    const auto twin = other.find(name);
+    if (twin == other.end() || twin->second != bytes) names += name + " ";
+  }
+  for (const auto& [name, bytes] : other) {
+    if (!one.contains(name)) names += name + " ";
+  }
+  return names;
+}
+
+void Scratch::clear() const {
+  for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+    std::filesystem::remove_all(entry.path());
+  }
 }
 
 Bytes picture() {
