@@ -7,19 +7,17 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 std::string faultsInWords(const std::string& name, const MpoSurvey& survey) {
   std::string words;
   for (const FoundFault& fault : survey.faults) words += fault.sentence(name) + "\n";
   return words;
 }
 
-ordered_json faultsInJson(const std::string& name, const MpoSurvey& survey) {
-  ordered_json all = ordered_json::array();
+Json faultsInJson(const std::string& name, const MpoSurvey& survey) {
+  Json all = Json::array();
   for (const FoundFault& fault : survey.faults) {
     all.push_back({{"kind", faultName(fault.kind)},
-                   {"image", fault.image != 0 ? ordered_json(fault.image) : ordered_json(nullptr)},
+                   {"image", fault.image != 0 ? Json(fault.image) : Json(nullptr)},
                    {"sentence", fault.sentence(name)}});
   }
   return all;

@@ -12,7 +12,6 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
 using Numbers = std::vector<std::size_t>;
 
 std::string checkNumbers(const std::string& text) {
@@ -70,7 +69,7 @@ class MpoEditCommand : public Command {
   FileResult told(const std::string& name, const MpoContent& content, std::size_t size) const {
     FileResult result = {name + " -> " + output_ + ", " + std::to_string(size) + " bytes\n",
                          {{"file", name}, {"output", output_}, {"bytes", size}}};
-    result.json["images"] = ordered_json::array();
+    result.json["images"] = Json::array();
     std::size_t number = 0;
     for (const MpoPicture& picture : content.pictures) {
       result.words += factLine("Image " + std::to_string(++number), picture.origin);

@@ -7,8 +7,6 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 std::string partText(const PrivatePart& part) {
   const std::string where =
       part.image != 0 ? "image " + std::to_string(part.image) : "behind the images";
@@ -16,10 +14,10 @@ std::string partText(const PrivatePart& part) {
   return where + ": " + part.what + size;
 }
 
-ordered_json partsInJson(const std::vector<PrivatePart>& parts) {
-  ordered_json all = ordered_json::array();
+Json partsInJson(const std::vector<PrivatePart>& parts) {
+  Json all = Json::array();
   for (const PrivatePart& part : parts) {
-    all.push_back({{"image", part.image != 0 ? ordered_json(part.image) : ordered_json(nullptr)},
+    all.push_back({{"image", part.image != 0 ? Json(part.image) : Json(nullptr)},
                    {"what", part.what},
                    {"bytes", part.bytes}});
   }
