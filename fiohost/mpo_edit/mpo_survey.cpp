@@ -23,11 +23,6 @@ uint64_t listedStart(const MpoSurvey& survey, std::size_t image) {
   return image == 0 ? offset : survey.header + offset;
 }
 
-// Cameras fill the room up to the next image with zeros or ones.
-bool isFilling(ByteView bytes) {
-  return std::all_of(bytes.begin(), bytes.end(), [](auto b) { return b == 0x00 || b == 0xFF; });
-}
-
 class Surveyor {
  public:
   explicit Surveyor(ByteView file) : file_(file) {}
@@ -128,8 +123,7 @@ class Surveyor {
     const JpegStream& stream = survey_.streams[matched];
     const uint64_t size = survey_.images[image].size;
     if (size < stream.size() || size > file_.size() - stream.start) return false;
-    return isFilling(file_.subspan(static_cast<std::size_t>(stream.end),
-                                   static_cast<std::size_t>(size - stream.size())));
+    return isFilling(file_, stream.end, stream.start + size);
   }
 
   void checkDependents(std::size_t i) {

@@ -143,6 +143,12 @@ ByteView payloadOf(ByteView bytes, const StreamSegment& segment) {
                        static_cast<std::size_t>(segment.size));
 }
 
+bool isFilling(ByteView bytes, uint64_t from, uint64_t to) {
+  const ByteView part =
+      bytes.subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+  return std::all_of(part.begin(), part.end(), [](uint8_t b) { return b == 0x00 || b == 0xFF; });
+}
+
 bool beginsWith(ByteView bytes, std::string_view text) {
   return bytes.size() >= text.size() &&
          std::equal(text.begin(), text.end(), bytes.begin(),

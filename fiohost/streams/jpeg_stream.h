@@ -51,6 +51,8 @@ struct JpegStream {
 [[nodiscard]] std::vector<JpegStream> streamsFrom(ByteView bytes, std::uint64_t start);
 
 [[nodiscard]] ByteView payloadOf(ByteView bytes, const StreamSegment& segment);
+// Cameras fill the room up to the next picture with zeros or ones.
+[[nodiscard]] bool isFilling(ByteView bytes, std::uint64_t from, std::uint64_t to);
 [[nodiscard]] bool beginsWith(ByteView bytes, std::string_view text);
 
 // Marker, length word and payload, which has at most mostPayload bytes.
