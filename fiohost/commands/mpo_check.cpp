@@ -32,7 +32,7 @@ class MpoVerifyCommand : public Command {
 
   ExitCode run(const Session&) override {
     bool faulty = false;
-    const ExitCode code = serveFiles(files_, json_, [&](const std::string& name) {
+    const ExitCode code = serveFiles(files_, {json_}, [&](const std::string& name) {
       const MpoSurvey survey = surveyMpo(readWhole(SourceFile(name).path()));
       faulty = faulty || !survey.faults.empty();
       return told(name, survey);
@@ -75,7 +75,7 @@ class MpoRepairCommand : public Command {
   }
 
   ExitCode run(const Session&) override {
-    return serveFiles({file_}, json_, [this](const std::string& name) { return serve(name); });
+    return serveFiles({file_}, {json_}, [this](const std::string& name) { return serve(name); });
   }
 
  private:

@@ -50,7 +50,7 @@ class MpoEditCommand : public Command {
   }
 
   ExitCode run(const Session&) override {
-    return serveFiles({file_}, json_, [this](const std::string& name) { return serve(name); });
+    return serveFiles({file_}, {json_}, [this](const std::string& name) { return serve(name); });
   }
 
  private:

@@ -48,7 +48,7 @@ class StripCommand : public Command {
     if (!inPlace_ && !folder && files_.size() > 1) {
       throw Failure(output_ + " is no folder", "several files need an existing folder to go to");
     }
-    return serveFiles(files_, json_, [&](const std::string& name) {
+    return serveFiles(files_, {json_}, [&](const std::string& name) {
       if (inPlace_) return serve(name, name, Existing::replaced);
       return serve(name, folder ? nameIn(name) : output_,
                    replace_ ? Existing::replaced : Existing::refused);
