@@ -29,6 +29,9 @@ class FileActions {
   void discard(int descriptor) {
     posix_spawn_file_actions_addopen(&actions_, descriptor, "/dev/null", O_WRONLY, 0);
   }
+  void enter(const std::string& folder) {
+    posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str());
+  }
   void connect(int from, int to) { posix_spawn_file_actions_adddup2(&actions_, from, to); }
   [[nodiscard]] const posix_spawn_file_actions_t* get() const { return &actions_; }
 
@@ -47,8 +50,9 @@ pid_t start(const std::vector<std::string>& arguments, const FileActions& action
 
 }  // namespace
 
-void runProgram(const std::vector<std::string>& arguments) {
+void runProgram(const std::vector<std::string>& arguments, const std::string& folder) {
   FileActions actions;
+  actions.enter(folder);
   actions.discard(STDOUT_FILENO);
   actions.discard(STDERR_FILENO);
   const pid_t process = start(arguments, actions);

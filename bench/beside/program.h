@@ -10,7 +10,7 @@ namespace bench {
 
 // Runs a program, found in PATH, with its output thrown away. Throws std::runtime_error when it
 // cannot be started or does not end by itself; its exit code is its own affair.
-void runProgram(const std::vector<std::string>& arguments);
+void runProgram(const std::vector<std::string>& arguments, const std::string& folder = ".");
 
 // A program that does its work once for every line that it gets, and answers with a line that holds
 // the seconds.

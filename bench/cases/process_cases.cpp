@@ -21,17 +21,30 @@ std::unique_ptr<Measurement> prepare(const Arguments& ours, const Arguments& bes
   return std::make_unique<Pairs>([=] { runProgram(ours); }, [=] { runProgram(beside); });
 }
 
-// Decoding and encoding a few large pictures, which is work that keeps a processor busy.
-Arguments convertWith(const char* jobs) {
-  const Path folder = outputPath("converted");
+// Decoding a few pictures to PNG files is work that keeps a processor busy.
+std::unique_ptr<Measurement> prepareJobs() {
+  const Path folder = outputPath("shown");
   std::filesystem::create_directories(folder);
   Paths pictures;
   for (int i = 0; i < 8; ++i) {
-    pictures.push_back(inputPath("convert-" + std::to_string(i) + ".jpg"));
-    std::filesystem::copy_file(jpegOfMegapixels(10), pictures.back(),
+    pictures.push_back(inputPath("show-" + std::to_string(i) + ".jpg"));
+    std::filesystem::copy_file(jpegOfMegapixels(1), pictures.back(),
                                std::filesystem::copy_options::skip_existing);
   }
-  return over({openHost(), "convert", "--jobs", jobs, "--force", "-o", folder.string()}, pictures);
+  const auto show = [=](const char* jobs) -> Work {
+    const Arguments arguments = over({openHost(), "show", "--force", "--jobs", jobs}, pictures);
+    return [=] { runProgram(arguments, folder.string()); };
+  };
+  return std::make_unique<Pairs>(show("1"), show("2"));
+}
+
+// Both as processes, for what a user waits for: the streams as files beside no file at all.
+std::unique_ptr<Measurement> prepareMpo(host::u32 images) {
+  const std::string file = mpoOf(images).string();
+  const std::string folder = outputPath("extracted").string();
+  return prepare({openHost(), "mpo", "extract", "--jpeg", "--force", "-o", folder, file},
+                 {"/usr/bin/python3", KF_BENCH_SOURCE "/beside/pillow_frames.py", file,
+                  std::to_string(images), "1"});
 }
 
 }  // namespace
@@ -48,8 +61,12 @@ Cases processCases() {
          return prepare(over({openHost(), "properties"}, manyFiles()),
                         over({"exiv2", "-pa"}, manyFiles()));
        }},
-      {"two processors", "two threads, for 8 pictures that are converted", "ratio", 1.8,
-       Judged::atLeast, 9, [] { return prepare(convertWith("1"), convertWith("2")); }}};
+      {"process mpo 2 images", "Pillow: open and seek all frames, with its start", "ratio", 0.5,
+       Judged::atMost, 15, [] { return prepareMpo(2); }},
+      {"process mpo 127 images", "Pillow: open and seek all frames, with its start", "ratio", 0.5,
+       Judged::atMost, 15, [] { return prepareMpo(127); }},
+      // Eight pictures decoded to PNG files; the figure is the time of one job over that of two.
+      {"jobs", "two jobs", "ratio", 1.8, Judged::atLeast, 9, &prepareJobs}};
 }
 
 }  // namespace bench

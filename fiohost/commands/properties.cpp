@@ -57,8 +57,10 @@ class PropertiesCommand : public Command {
   [[nodiscard]] FileResult serveImage(const Session& session, const SourceFile& file) const {
     const TemporaryImage image(session, file, image_);
     FileResult result = serveFile(session, image.source());
-    result.words.insert(file.name().size(), ", image " + std::to_string(image_));
-    result.json["image"] = image_;
+    if (!result.words.empty()) {
+      result.words.insert(file.name().size(), ", image " + std::to_string(image_));
+    }
+    if (!result.json.empty()) result.json["image"] = image_;
     return result;
   }
 
@@ -77,22 +79,34 @@ class PropertiesCommand : public Command {
     return {name + " was shown\n", {{"file", name}, {"shown", true}}};
   }
 
-  FileResult list(const std::string& name, const Described& described,
-                  const std::vector<Property>& properties) const {
-    FileResult result = {
-        name + "\n",
-        {{"file", name}, {"format", familyName(described.family)}, {"properties", Json::array()}}};
+  // Only in the form that is printed: long lists are many values.
+  [[nodiscard]] FileResult list(const std::string& name, const Described& described,
+                                const std::vector<Property>& properties) const {
+    if (json_) return {"", inJson(name, described.family, properties)};
+    return {inWords(name, properties), {}};
+  }
+
+  [[nodiscard]] Json inJson(const std::string& name, Family family,
+                                    const std::vector<Property>& properties) const {
+    Json listed = Json::array();
+    for (const Property& property : properties) {
+      listed.push_back(propertyInJson(property, raw_));
+    }
+    return {{"file", name}, {"format", familyName(family)}, {"properties", std::move(listed)}};
+  }
+
+  [[nodiscard]] std::string inWords(const std::string& name,
+                                    const std::vector<Property>& properties) const {
+    std::string words = name + "\n";
     const char* group = nullptr;
     for (const Property& property : properties) {
       if (group != groupName(property.group)) {
         group = groupName(property.group);
-        result.words += std::string("  ") + group + "\n";
+        words += std::string("  ") + group + "\n";
       }
-      result.words += propertyLine(property, raw_);
-      result.json["properties"].push_back(propertyInJson(property, raw_));
+      words += propertyLine(property, raw_);
     }
-    if (properties.empty()) result.words += "  no metadata\n";
-    return result;
+    return properties.empty() ? words + "  no metadata\n" : words;
   }
 
   FileResult extract(const Session& session, const SourceFile& file,

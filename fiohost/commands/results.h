@@ -21,7 +21,7 @@ void printFailure(const std::string& file, const Failure& failure);
 // False, after a line on the standard error, when the plug-in has no windows for the option.
 [[nodiscard]] bool hasWindowsFor(const Session& session, const std::string& option);
 
-// What a command has to say about one file.
+// What a command has to say about one file. Only the form that is printed need be filled.
 struct FileResult {
   std::string words;
   Json json;
