@@ -39,6 +39,14 @@ class Decoder {
   void startPicture();
   void deliverRows();
 
+  // Abandons the step when the stream has ended and the picture is far larger than its data.
+  void refuseBeyondData();
+  [[nodiscard]] bool streamEnded() const;
+  [[nodiscard]] bool rowsRepeat();
+  [[nodiscard]] host::u8* allocateRow(host::u32 byteCount);
+  void decodeRow(const host::RowBlock& block);
+  void giveRow(host::RowBlock block);
+  void repeatRow(host::RowBlock block, host::u8* ownRow);
   bool prepareRows();
   void setOutputColours();
   void setScanBudget();
@@ -54,6 +62,9 @@ class Decoder {
   ScanBudget budget_ = {};
   jpeg_decompress_struct info_ = {};
   host::u8* segmentBuffer_ = nullptr;  // of libjpeg's pool
+  static constexpr host::u32 none = ~host::u32{0};
+  host::u32 endRow_ = none;  // where the data ended
+  bool beyondData_ = false;
   bool inHeader_ = true;
   host::i32 answer_ = host::codecGoOn;
 };
