@@ -29,6 +29,15 @@ constexpr u64 freeScans = 16;
 // ... and further ones as long as they visit no more blocks than this, about a second of work.
 constexpr u64 extraBlocks = u64{1} << 25;
 
+// A header can ask for a picture that its stream holds nothing of. Rows that are missing are made
+// up, but not for a picture of more blocks than these: rows of a picture in one scan are copies,
+// the coefficients of others are all kept and transformed ...
+constexpr u64 freeBlocksToCopy = u64{1} << 22;
+constexpr u64 freeBlocksToKeep = u64{1} << 19;
+// ... and more than the stream has bits for: every block takes one at least (T.81, F.1.2), and a
+// picture that was cut off has many times as much for those that are left.
+constexpr u64 bitsPerByte = 8;
+
 constexpr char jfifSignature[] = "JFIF";  // with its NUL
 constexpr std::size_t jfifLength = 14;    // up to the thumbnail, T.871 clause 10.1
 constexpr int adobeAppNumber = 14;
@@ -197,14 +206,16 @@ void Decoder::watchScans() {
   watch_.seen = 0;
   watch_.budget = freeScans + extraBlocks / std::max<u64>(blocksOf(info_), 1);
   watch_.progress_monitor = [](j_common_ptr info) {
-    static_cast<ScanWatch*>(info->progress)->decoder->onProgress();
+    Decoder& decoder = *static_cast<ScanWatch*>(info->progress)->decoder;
+    decoder.watchScan();
+    decoder.refuseBeyondData();
   };
   info_.progress = &watch_;
 }
 
 // Holds the number of scans against the budget, and steps over the data of a scan that adds
 // nothing: without data libjpeg leaves the coefficients as they are.
-void Decoder::onProgress() {
+void Decoder::watchScan() {
   if (info_.input_scan_number == watch_.seen) return;
   watch_.seen = info_.input_scan_number;
   if (static_cast<u64>(watch_.seen) > watch_.budget) {
@@ -237,7 +248,7 @@ bool Decoder::prepareRows() {
   const bool started = trap_.run<&Decoder::startPicture>(*this);
   // libjpeg smooths a picture whose last scans are missing, and how depends on all that are there.
   if (started && (stepsOver_ != StepsOver::some || knowsAllCoefficients())) return true;
-  if (!started && trap_.outOfMemory()) return false;
+  if (!started && (trap_.outOfMemory() || beyondData_)) return false;
   if (stepsOver_ == StepsOver::some) return trap_.run<&Decoder::startAnew>(*this) && prepareRows();
   info_.progress = nullptr;
   info_.unread_marker = 0;
@@ -263,26 +274,77 @@ void Decoder::startAnew() {
 
 void Decoder::startPicture() { jpeg_start_decompress(&info_); }
 
+void Decoder::refuseBeyondData() {
+  if (!streamEnded()) return;
+  const u64 blocks = blocksOf(info_);
+  const u64 freeBlocks = isCopiedAtTheEnd() ? freeBlocksToCopy : freeBlocksToKeep;
+  beyondData_ = blocks > freeBlocks && blocks / bitsPerByte > source_.bytes();
+  if (beyondData_) ErrorTrap::raise(reinterpret_cast<j_common_ptr>(&info_));
+}
+
+bool Decoder::streamEnded() const { return source_.ended() || info_.unread_marker == JPEG_EOI; }
+
+bool Decoder::isCopiedAtTheEnd() const {
+  return !jpeg_has_multiple_scans(const_cast<j_decompress_ptr>(&info_)) &&
+         info_.arith_code == FALSE;
+}
+
+// Whether rows from here on are the same grey as the last one: a sequential picture whose data
+// ended in front of the block rows that the last ones were made from.
+bool Decoder::rowsRepeat() {
+  if (!isCopiedAtTheEnd() || !trap_.hitEnd()) return false;
+  if (endRow_ == none) endRow_ = info_.output_scanline;
+  // The end was met while a later block row was read, and upsampling reaches into the next one.
+  constexpr u32 blockRowsBetween = 3;
+  const auto blockRow = static_cast<u32>(info_.max_v_samp_factor * info_.min_DCT_scaled_size);
+  return info_.output_scanline >= endRow_ + blockRowsBetween * blockRow;
+}
+
 void Decoder::deliverRows() {
   info_.progress = nullptr;
-  const bool turned = info_.out_color_space == JCS_CMYK && info_.saw_Adobe_marker != FALSE;
   host::RowBlock block = {};
   block.size = sizeof(block);
   block.width = info_.output_width;
   block.imageHeight = info_.output_height;
   block.bytesPerPixel = static_cast<u32>(info_.output_components);
   block.byteCount = block.width * block.bytesPerPixel;
-  u8* const ownRow = info_.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&info_), JPOOL_IMAGE,
-                                             block.byteCount, 1)[0];
+  u8* const ownRow = allocateRow(block.byteCount);
   while (answer_ == host::codecGoOn && info_.output_scanline < info_.output_height) {
     block.row = info_.output_scanline;
+    if (rowsRepeat()) return repeatRow(block, ownRow);
     u8* const place = receiver_.placeFor(block.row, block.byteCount);
-    JSAMPROW row = place != nullptr ? place : ownRow;
-    jpeg_read_scanlines(&info_, &row, 1);
-    if (turned) invertInk(row, row, block.byteCount);
-    block.pixels = row;
-    host::RowBlock given = block;  // the host's to change
-    answer_ = receiver_.onRow(given);
+    block.pixels = place != nullptr ? place : ownRow;
+    decodeRow(block);
+    refuseBeyondData();
+    giveRow(block);
+  }
+}
+
+u8* Decoder::allocateRow(u32 byteCount) {
+  return info_.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&info_), JPOOL_IMAGE, byteCount,
+                                 1)[0];
+}
+
+void Decoder::decodeRow(const host::RowBlock& block) {
+  JSAMPROW row = block.pixels;
+  jpeg_read_scanlines(&info_, &row, 1);
+  const bool turned = info_.out_color_space == JCS_CMYK && info_.saw_Adobe_marker != FALSE;
+  if (turned) invertInk(row, row, block.byteCount);
+}
+
+// The block is the host's to change.
+void Decoder::giveRow(host::RowBlock block) { answer_ = receiver_.onRow(block); }
+
+// The rest of the picture: one row is decoded, and all are copies of it.
+void Decoder::repeatRow(host::RowBlock block, u8* ownRow) {
+  block.pixels = allocateRow(block.byteCount);
+  const u8* const repeated = block.pixels;
+  decodeRow(block);
+  for (; answer_ == host::codecGoOn && block.row < block.imageHeight; ++block.row) {
+    u8* const place = receiver_.placeFor(block.row, block.byteCount);
+    block.pixels = place != nullptr ? place : ownRow;
+    std::memcpy(block.pixels, repeated, block.byteCount);
+    giveRow(block);
   }
 }
 

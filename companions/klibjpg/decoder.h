@@ -45,10 +45,19 @@ class Decoder {
   void startAnew();
   void deliverRows();
 
+  // Abandons the step when the stream has ended and the picture is far larger than its data.
+  void refuseBeyondData();
+  [[nodiscard]] bool streamEnded() const;
+  [[nodiscard]] bool isCopiedAtTheEnd() const;
+  [[nodiscard]] bool rowsRepeat();
+  [[nodiscard]] host::u8* allocateRow(host::u32 byteCount);
+  void decodeRow(const host::RowBlock& block);
+  void giveRow(host::RowBlock block);
+  void repeatRow(host::RowBlock block, host::u8* ownRow);
   bool prepareRows();
   void setOutputColours();
   void watchScans();
-  void onProgress();
+  void watchScan();
   [[nodiscard]] bool isScanNeeded() const;
   [[nodiscard]] bool knowsAllCoefficients() const;
   void chooseScale(host::u32 wantedWidth, host::u32 wantedHeight);
@@ -63,6 +72,9 @@ class Decoder {
   ScanWatch watch_ = {};
   jpeg_decompress_struct info_ = {};
   host::u8* segmentBuffer_ = nullptr;  // of libjpeg's pool
+  static constexpr host::u32 none = ~host::u32{0};
+  host::u32 endRow_ = none;  // where the data ended
+  bool beyondData_ = false;
   bool inHeader_ = true;
   bool announced_ = false;  // the header is known; no segment is raised any more
   StepsOver stepsOver_;

@@ -26,6 +26,10 @@ class ErrorTrap : private jpeg_error_mgr {
   // Of a step that was abandoned: whether there was no memory. The stream is none the worse for it.
   [[nodiscard]] bool outOfMemory() const noexcept { return msg_code == JERR_OUT_OF_MEMORY; }
 
+  // Whether entropy-coded data ended early, at the end of the image: all blocks since then are made
+  // up. Other markers in the data may be followed by more of it.
+  [[nodiscard]] bool hitEnd() const noexcept { return hitEnd_; }
+
   // Abandons the step that is running on info. Only from inside a step.
   [[noreturn]] static void raise(j_common_ptr info);
 
@@ -34,6 +38,7 @@ class ErrorTrap : private jpeg_error_mgr {
   [[nodiscard]] bool run(Step* step, void* state);
 
   std::jmp_buf abandoned_;
+  bool hitEnd_ = false;
 };
 
 }  // namespace klibjpg

@@ -41,6 +41,9 @@ class InputSource : public jpeg_source_mgr {
   // Cuts the stream off here.
   void end() noexcept;
 
+  [[nodiscard]] bool ended() const noexcept { return ended_; }
+  // Bytes of the stream so far, as far as it was read.
+  [[nodiscard]] host::u64 bytes() const noexcept { return delivered_; }
   // Whether the stream ended because it could not be read on.
   [[nodiscard]] bool failed() const noexcept { return failed_; }
 

@@ -117,6 +117,48 @@ TEST(Damage, RowsThatAreMissingAreGrey) {
   }
 }
 
+// Rows behind the end of the data are alike and not decoded one by one.
+TEST(Damage, TallPictureThatWasCutOffIsCompletedAsByLibjpeg) {
+  for (const Layout layout : {Layout::grey, Layout::colour, Layout::cmyk, Layout::ycck}) {
+    for (const int vertical : {1, 2}) {
+      const Bytes jpeg =
+          JpegBuilder().size(40, 200).layout(layout).sampling(2, vertical).quality(60).build();
+      for (std::size_t length = endOfHeader(jpeg); length < jpeg.size(); length += 11) {
+        const Bytes prefix = firstPart(jpeg, length);
+        ASSERT_TRUE(readInput(prefix).pixels == referenceDecode(prefix).pixels) << length;
+      }
+    }
+  }
+}
+
+Bytes withSize(Bytes jpeg, host::u32 width, host::u32 height) {
+  for (const auto& segment : support::segmentsOf(jpeg)) {
+    if ((segment.marker & 0xFC) != 0xC0 || segment.marker == 0xC4) continue;
+    const auto place = jpeg.begin() + static_cast<std::ptrdiff_t>(segment.payloadOffset) + 1;
+    const host::u32 sizes[] = {height >> 8, height & 0xFF, width >> 8, width & 0xFF};
+    std::copy(std::begin(sizes), std::end(sizes), place);
+  }
+  return jpeg;
+}
+
+TEST(Damage, PictureOfManyMorePixelsThanDataIsStillCompleted) {
+  const Bytes jpeg = withSize(JpegBuilder().layout(Layout::grey).build(), 4096, 4096);
+  const Reading reading = readInput(jpeg);
+  EXPECT_EQ(reading.result, 1);
+  EXPECT_EQ(reading.rows.size(), 4096U);
+}
+
+TEST(Damage, PictureFarLargerThanItsDataFailsAfterItsHeader) {
+  for (const bool progressive : {false, true}) {
+    JpegBuilder builder = JpegBuilder().layout(Layout::grey);
+    if (progressive) builder.progressive();
+    const Reading reading = readInput(withSize(builder.build(), 16384, 16384));
+    EXPECT_EQ(reading.result, 0) << progressive;
+    EXPECT_EQ(reading.headers.size(), 1U);
+    EXPECT_LT(reading.rows.size(), 64U);
+  }
+}
+
 TEST(Damage, BrokenTableBetweenScansKeepsTheScansBefore) {
   const Bytes jpeg = JpegBuilder().size(40, 40).progressive().build();
   const std::vector<std::size_t> markers = laterMarkers(jpeg);
