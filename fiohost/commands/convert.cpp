@@ -1,4 +1,5 @@
 #include "fiohost/commands/command.h"
+#include "fiohost/commands/loss_options.h"
 #include "fiohost/commands/results.h"
 #include "fiohost/convert_picture.h"
 #include "fiohost/picture_words.h"
@@ -12,7 +13,7 @@ const SettingKind& samplingKind() { return settingKinds()[1]; }
 class ConvertCommand : public Command {
  public:
   void declare(CLI::App& arguments) override {
-    arguments.add_option("IN", files_, "JPEG files")->required();
+    arguments.add_option("IN", files_, "JPEG or MPO files")->required();
     arguments.add_option("-o,--output", output_, "the file, or the folder, to write to")
         ->required();
     arguments.add_option("--quality", quality_, "1 to 100")->check(CLI::Range(1, 100));
@@ -25,6 +26,7 @@ class ConvertCommand : public Command {
                        "encoding, sampling and JFIF header as the input has them");
     arguments.add_flag("--options", options_.askUser,
                        "ask in the save-options dialog before saving (Windows)");
+    losses_.declare(arguments);
     arguments.add_flag("--force", options_.replace, "replace an existing output");
     arguments.add_flag("--json", json_, "print JSON");
   }
@@ -56,7 +58,7 @@ class ConvertCommand : public Command {
 
   FileResult serve(const Session& session, const std::string& name, const std::string& output) {
     const SourceFile file(name);
-    return savedResult(name, convertPicture(session, file, output, options_));
+    return savedResult(name, convertPicture(session, file, output, losses_.settle(file, options_)));
   }
 
   std::vector<std::string> files_;
@@ -67,6 +69,7 @@ class ConvertCommand : public Command {
   bool noJfif_ = false;
   bool json_ = false;
   ConvertOptions options_;
+  LossOptions losses_;
 };
 
 }  // namespace

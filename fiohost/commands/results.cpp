@@ -54,10 +54,11 @@ FileResult savedResult(const std::string& input, const Converted& saved) {
 }
 
 FileResult savedWith(const Session& session, const SourceFile& file, const std::string& output,
-                     bool replace, const MetadataEdit& edit) {
+                     bool replace, const LossOptions& losses, const MetadataEdit& edit) {
   ConvertOptions options;
   options.keepSourceSettings = true;
   options.replace = replace;
+  options = losses.settle(file, options);
   return savedResult(file.name(), convertPicture(session, file, output, options, &edit));
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "fiohost/commands/command.h"
+#include "fiohost/commands/loss_options.h"
 #include "fiohost/convert_picture.h"
 #include "fiohost/failure.h"
 #include "fiohost/json_value.h"
@@ -33,7 +34,7 @@ struct FileResult {
 // Saves an input with edited metadata, its settings kept. replace: an existing output.
 [[nodiscard]] FileResult savedWith(const Session& session, const SourceFile& file,
                                    const std::string& output, bool replace,
-                                   const MetadataEdit& edit);
+                                   const LossOptions& losses, const MetadataEdit& edit);
 
 // Serves each file on its own: a failure is told and the next file's turn comes. With json the
 // results come as one array in the files' order, a failed file as {"file", "error"}.
