@@ -5,10 +5,12 @@
 #include "fiohost/describe.h"
 #include "fiohost/explain.h"
 #include "fiohost/held_fields.h"
+#include "fiohost/mpo_edit/mpo_content.h"
 #include "fiohost/output_file.h"
 #include "fiohost/preview.h"
 #include "fiohost/progress.h"
 #include "fiohost/row_reader.h"
+#include "fiohost/temporary_copy.h"
 #include "fiohost/thumbnail.h"
 #include "fiohost/whole_metadata.h"
 
@@ -55,10 +57,24 @@ SaveSettings confirmSettings(const Session& session, const Described& described)
   return {chosen.mode, chosen.sample, chosen.quality, chosen.jfif};
 }
 
-void refuseOthers(const Described& described) {
-  if (described.family == Family::jpeg) return;
-  throw Failure("this file holds several pictures, and only one can be written",
-                "take them out with \"fiohost mpo extract\" and convert each");
+// The file as the JPEG picture that it begins with. The copy, if one was made, goes with it.
+struct FirstPicture {
+  std::unique_ptr<TemporaryCopy> copy;
+  SourceFile file;
+  Described described;
+};
+
+FirstPicture firstPictureOf(const Session& session, const SourceFile& file, BehindPicture behind) {
+  Described described = describeFile(session, file);
+  if (described.family == Family::jpeg) return {nullptr, file, std::move(described)};
+  if (behind == BehindPicture::refused) {
+    throw Failure("this file holds several pictures, and only one can be written",
+                  "add --keep-images to keep the others as they are, or take them out with "
+                  "\"fiohost mpo extract\" and convert each");
+  }
+  auto copy = std::make_unique<TemporaryCopy>(file.path(), ".jpg");
+  const SourceFile first(file.name(), copy->path());
+  return {std::move(copy), first, describeFile(session, first)};
 }
 
 int ignoreRows(host::ReadRequest*, host::u64, host::u32, host::u32, host::u32, host::u8**,
@@ -118,13 +134,23 @@ void requireThumbnail(const Session& session, const SourceFile& saved) {
   throw Failure("there is no memory for the thumbnail", "close other programs");
 }
 
+// Other images, and what else lies behind the first, as the source has them.
+void appendOthers(const SourceFile& source, OutputFile& output,
+                  const std::filesystem::path& written) {
+  const ByteBlock whole = withOthersOf(readWhole(source.path()), readWhole(written));
+  output.restart();
+  output.write(whole.data(), whole.size());
+  static_cast<void>(output.handOver());
+}
+
 }  // namespace
 
-Converted convertPicture(const Session& session, const SourceFile& file,
+Converted convertPicture(const Session& session, const SourceFile& source,
                          const std::string& outputName, const ConvertOptions& options,
                          const MetadataEdit* edit) {
-  Described described = describeFile(session, file);
-  refuseOthers(described);
+  FirstPicture first = firstPictureOf(session, source, options.behind);
+  const SourceFile& file = first.file;
+  Described& described = first.described;
   const JpegLayout sourceLayout = layoutOf(file.path());
   if (!options.dropMetadata) {
     takeWhole(session, file, described,
@@ -144,12 +170,16 @@ Converted convertPicture(const Session& session, const SourceFile& file,
   described.fileData.setSourcePath(written);
   writeRows(session, file, described, sourceTail.mode != host::modeBaseline, preview);
   requireExifSegment(described.fileData);
+  {
+    const SourceFile saved(platform::displayPath(written));
+    if (edit != nullptr) edit->verify(saved);
+    if (!preview.rows().empty()) requireThumbnail(session, saved);
+  }
+  const bool kept = options.behind == BehindPicture::kept;
+  if (kept) appendOthers(file, output, written);
   Converted converted = {outputName, std::filesystem::file_size(written), {}};
   converted.segments = compareLayouts(sourceLayout, layoutOf(written),
-                                      {options.dropMetadata, settings.jfif != 0, edited});
-  const SourceFile saved(platform::displayPath(written));
-  if (edit != nullptr) edit->verify(saved);
-  if (!preview.rows().empty()) requireThumbnail(session, saved);
+                                      {options.dropMetadata, settings.jfif != 0, edited, kept});
   output.commit();
   return converted;
 }

@@ -13,6 +13,9 @@
 
 namespace fiohost {
 
+// What becomes of other images, and other data, behind the first picture.
+enum class BehindPicture { refused, dropped, kept };
+
 // What the command line says; what it leaves open comes from the settings, or from the source.
 struct ConvertOptions {
   std::optional<host::u32> quality;
@@ -23,6 +26,8 @@ struct ConvertOptions {
   bool askUser = false;             // in the plug-in's dialog, which begins with all that
   bool dropMetadata = false;
   bool replace = false;  // an existing output
+  // A file that is a multi-picture one by its name too is not saved when nothing is said.
+  BehindPicture behind = BehindPicture::refused;
 };
 
 // What is done to the metadata on the way. Both may throw Failure, and nothing is written then.

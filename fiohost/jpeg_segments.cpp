@@ -64,6 +64,10 @@ bool isJfif(const JpegSegment& segment) { return isNamed(segment, "JFIF"); }
 
 bool isAdobe(const JpegSegment& segment) { return isNamed(segment, "Adobe"); }
 
+bool isMpoIndex(const JpegSegment& segment) { return isNamed(segment, "multi-picture index"); }
+
+bool isXmp(const JpegSegment& segment) { return isNamed(segment, "XMP"); }
+
 bool isExtendedXmp(const JpegSegment& segment) { return isNamed(segment, "extended XMP"); }
 
 JpegLayout layoutOf(const std::filesystem::path& file) { return layoutOf(readWhole(file)); }

@@ -31,6 +31,8 @@ struct JpegSegment {
 [[nodiscard]] bool isJfif(const JpegSegment& segment);
 [[nodiscard]] bool isAdobe(const JpegSegment& segment);
 
+[[nodiscard]] bool isMpoIndex(const JpegSegment& segment);
+[[nodiscard]] bool isXmp(const JpegSegment& segment);  // the main packet
 [[nodiscard]] bool isExtendedXmp(const JpegSegment& segment);
 
 struct JpegLayout {

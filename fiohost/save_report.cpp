@@ -72,6 +72,11 @@ SegmentOutcome outcomeOf(const JpegSegment& segment, Unclaimed& saved, const Sav
     outcome.reason = reason;
     return outcome;
   }
+  if (intent.keepsBehind && isMpoIndex(segment) && saved.claim(&isMpoIndex)) {
+    outcome.fate = SegmentFate::changed;
+    outcome.reason = "the images lie elsewhere now";
+    return outcome;
+  }
   const bool rewritten =
       (isJfif(segment) && saved.claim(&isJfif)) || (isAdobe(segment) && saved.claim(&isAdobe));
   outcome.fate = rewritten ? SegmentFate::changed : SegmentFate::dropped;
@@ -94,8 +99,9 @@ std::vector<SegmentOutcome> compareLayouts(const JpegLayout& source, const JpegL
         {segmentName(*segment), segment->payload.size(), SegmentFate::added, reason});
   }
   if (source.trailingBytes > 0) {
-    outcomes.push_back({"data behind the picture", source.trailingBytes, SegmentFate::dropped,
-                        "it does not belong to the picture"});
+    const char* reason = intent.keepsBehind ? "" : "it does not belong to the picture";
+    outcomes.push_back({"data behind the picture", source.trailingBytes,
+                        intent.keepsBehind ? SegmentFate::kept : SegmentFate::dropped, reason});
   }
   return outcomes;
 }

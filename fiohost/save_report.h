@@ -29,6 +29,7 @@ struct SaveIntent {
   bool dropMetadata = false;
   bool jfif = true;
   EditedParts edited = {};
+  bool keepsBehind = false;  // what lies behind the first picture
 };
 
 // Every segment of the source in its order, then what the saved file has beside them.

@@ -1,4 +1,5 @@
 #include "fiohost/commands/command.h"
+#include "fiohost/commands/loss_options.h"
 #include "fiohost/commands/results.h"
 #include "fiohost/convert_picture.h"
 #include "fiohost/jobs/jobs_option.h"
@@ -13,7 +14,7 @@ const SettingKind& samplingKind() { return settingKinds()[1]; }
 class ConvertCommand : public Command {
  public:
   void declare(CLI::App& arguments) override {
-    arguments.add_option("IN", files_, "JPEG files")->required();
+    arguments.add_option("IN", files_, "JPEG or MPO files")->required();
     arguments.add_option("-o,--output", output_, "the file, or the folder, to write to")
         ->required();
     arguments.add_option("--quality", quality_, "1 to 100")->check(CLI::Range(1, 100));
@@ -26,6 +27,7 @@ class ConvertCommand : public Command {
                        "encoding, sampling and JFIF header as the input has them");
     arguments.add_flag("--options", options_.askUser,
                        "ask in the save-options dialog before saving (Windows)");
+    losses_.declare(arguments);
     arguments.add_flag("--force", options_.replace, "replace an existing output");
     arguments.add_flag("--json", json_, "print JSON");
     jobs_.declare(arguments);
@@ -52,7 +54,7 @@ class ConvertCommand : public Command {
   }
 
   [[nodiscard]] unsigned jobs(bool folder) const {
-    if (!folder || options_.askUser) return 1;  // one dialog at a time
+    if (!folder || options_.askUser || LossOptions::mayAsk()) return 1;  // one question at a time
     return jobs_.countFor(files_, [this](const std::string& name) { return nameIn(name); });
   }
 
@@ -64,7 +66,10 @@ class ConvertCommand : public Command {
   [[nodiscard]] FileResult serve(const Session& session, const std::string& name,
                                  const std::string& output) const {
     const SourceFile file(name);
-    return savedResult(name, convertPicture(session, file, output, options_));
+    const SettledSave settled = losses_.settle(file, options_);
+    FileResult result = savedResult(name, convertPicture(session, file, output, settled.options));
+    result.warning = settled.warning;
+    return result;
   }
 
   std::vector<std::string> files_;
@@ -76,6 +81,7 @@ class ConvertCommand : public Command {
   bool json_ = false;
   ConvertOptions options_;
   Jobs jobs_;
+  LossOptions losses_;
 };
 
 }  // namespace

@@ -21,6 +21,7 @@ class HeapCommand : public Command {
     auto* output = arguments.add_option("-o,--output", output_, "the file to write to");
     set->needs(output);
     output->needs(set);
+    losses_.declare(arguments);
     arguments.add_flag("--force", replace_, "replace an existing output")->needs(set);
     arguments.add_flag("--json", json_, "print JSON");
   }
@@ -48,13 +49,14 @@ class HeapCommand : public Command {
                                  return EditedParts{.cameraData = true};
                                },
                                [&](const SourceFile& saved) { edits.verify(saved); }};
-    return savedWith(session, file, output_, replace_, edit);
+    return savedWith(session, file, output_, replace_, losses_, edit);
   }
 
   std::string file_;
   std::vector<std::string> changes_;
   std::string output_;
   bool replace_ = false;
+  LossOptions losses_;
   bool json_ = false;
 };
 

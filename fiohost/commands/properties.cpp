@@ -87,7 +87,7 @@ class PropertiesCommand : public Command {
   }
 
   [[nodiscard]] Json inJson(const std::string& name, Family family,
-                                    const std::vector<Property>& properties) const {
+                            const std::vector<Property>& properties) const {
     Json listed = Json::array();
     for (const Property& property : properties) {
       listed.push_back(propertyInJson(property, raw_));

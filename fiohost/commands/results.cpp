@@ -50,6 +50,7 @@ struct ThreadsAtWork {
 // What became of a file, ready to be printed: words, or with JSON the text of an object.
 struct Served {
   std::string text;
+  std::string warning;
   std::optional<Failure> failure;
 };
 
@@ -57,9 +58,9 @@ Served serveAsText(const std::string& file, bool json,
                    const std::function<FileResult(const std::string&)>& serve) {
   try {
     const FileResult result = serveOne(file, serve);
-    return {json ? jsonText(result.json) : result.words, std::nullopt};
+    return {json ? jsonText(result.json) : result.words, result.warning, std::nullopt};
   } catch (const Failure& failure) {
-    return {json ? jsonText(failureInJson(file, failure)) : std::string(), failure};
+    return {json ? jsonText(failureInJson(file, failure)) : std::string(), "", failure};
   }
 }
 
@@ -107,11 +108,15 @@ FileResult savedResult(const std::string& input, const Converted& saved) {
 }
 
 FileResult savedWith(const Session& session, const SourceFile& file, const std::string& output,
-                     bool replace, const MetadataEdit& edit) {
+                     bool replace, const LossOptions& losses, const MetadataEdit& edit) {
   ConvertOptions options;
   options.keepSourceSettings = true;
   options.replace = replace;
-  return savedResult(file.name(), convertPicture(session, file, output, options, &edit));
+  const SettledSave settled = losses.settle(file, options);
+  FileResult result =
+      savedResult(file.name(), convertPicture(session, file, output, settled.options, &edit));
+  result.warning = settled.warning;
+  return result;
 }
 
 namespace {
@@ -122,6 +127,7 @@ class Teller {
   Teller(const std::vector<std::string>& files, bool json) : files_(files), json_(json) {}
 
   void tell(std::size_t number, const Served& served) {
+    std::cerr << served.warning;
     if (json_) {
       array_.add(served.text);
     } else {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "fiohost/commands/command.h"
+#include "fiohost/commands/loss_options.h"
 #include "fiohost/convert_picture.h"
 #include "fiohost/failure.h"
 #include "fiohost/json_value.h"
@@ -25,6 +26,7 @@ void printFailure(const std::string& file, const Failure& failure);
 struct FileResult {
   std::string words;
   Json json;
+  std::string warning;  // a line for the standard error
 };
 
 // What became of an input that was saved anew.
@@ -33,7 +35,7 @@ struct FileResult {
 // Saves an input with edited metadata, its settings kept. replace: an existing output.
 [[nodiscard]] FileResult savedWith(const Session& session, const SourceFile& file,
                                    const std::string& output, bool replace,
-                                   const MetadataEdit& edit);
+                                   const LossOptions& losses, const MetadataEdit& edit);
 
 struct Serving {
   bool json =

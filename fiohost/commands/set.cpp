@@ -18,6 +18,7 @@ class SetCommand : public Command {
         ->required()
         ->check(&checkChange);
     arguments.add_option("-o,--output", output_, "the file to write to")->required();
+    losses_.declare(arguments);
     arguments.add_flag("--force", replace_, "replace an existing output");
     arguments.add_flag("--json", json_, "print JSON");
   }
@@ -33,13 +34,14 @@ class SetCommand : public Command {
     TagEdits edits(session, changes_);
     const MetadataEdit edit = {[&](FileData& fileData) { return edits.apply(fileData); },
                                [&](const SourceFile& saved) { edits.verify(saved); }};
-    return savedWith(session, file, output_, replace_, edit);
+    return savedWith(session, file, output_, replace_, losses_, edit);
   }
 
   std::string file_;
   std::vector<std::string> changes_;
   std::string output_;
   bool replace_ = false;
+  LossOptions losses_;
   bool json_ = false;
 };
 

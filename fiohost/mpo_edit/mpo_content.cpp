@@ -292,6 +292,22 @@ MpoPicture singlePicture(ByteView file, const std::string& name) {
   return {name, copyOf(file, 0, stream->end), {}, {}, {}};
 }
 
+ByteBlock withOthersOf(ByteView source, ByteView saved) {
+  const MpoSurvey survey = surveyMpo(source);
+  const JpegStream first = firstStream(saved);
+  if (!survey.repairable()) {
+    ByteBlock file = copyOf(saved, 0, first.end);
+    appendBytes(file, copyOf(source, firstStream(source).end, source.size()));
+    return file;
+  }
+  MpoContent content = takeApart(source, survey);
+  MpoPicture& picture = content.pictures.front();
+  ByteBlock stream = copyOf(saved, 0, first.end);
+  adoptSegment(stream, picture.stream);
+  picture.stream = std::move(stream);
+  return putTogether(content);
+}
+
 ByteBlock putTogether(const MpoContent& content) {
   MpoContent parts = content;
   storeIdentifiers(parts.index, parts.pictures);

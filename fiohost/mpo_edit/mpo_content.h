@@ -41,6 +41,10 @@ struct MpoContent {
 // A JPEG file's first picture as one to insert. Throws Failure when it is none.
 [[nodiscard]] MpoPicture singlePicture(ByteView file, const std::string& name);
 
+// A first picture that was saved anew, with everything that lies behind the first picture of the
+// source: other images with a right index, and other data. Throws Failure as putTogether().
+[[nodiscard]] ByteBlock withOthersOf(ByteView source, ByteView saved);
+
 // The whole file. Throws Failure when it is larger than an index can tell.
 [[nodiscard]] ByteBlock putTogether(const MpoContent& content);
 

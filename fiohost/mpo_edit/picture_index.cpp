@@ -121,4 +121,6 @@ void placeNumber(ByteBlock& stream, uint32_t number) {
   storeSegment(stream, block);
 }
 
+void adoptSegment(ByteBlock& stream, ByteView from) { storeSegment(stream, *ownBlock(from).block); }
+
 }  // namespace fiohost

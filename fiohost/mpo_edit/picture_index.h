@@ -23,4 +23,7 @@ void dropIndex(ByteBlock& stream);
 // Gives a picture without a segment one with its number.
 void placeNumber(ByteBlock& stream, std::uint32_t number);
 
+// Gives a picture the segment of another, which has one.
+void adoptSegment(ByteBlock& stream, ByteView from);
+
 }  // namespace fiohost

@@ -90,7 +90,7 @@ class Cleaner {
       return appendSegment(out_, segment.marker, payload);
     }
     if (isExif(named)) return takeExif(named);
-    if (name == "multi-picture index" && several_) return takeIndex(named);
+    if (isMpoIndex(named) && several_) return takeIndex(named);
     remove(name, payload.size());
   }
 
