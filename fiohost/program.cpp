@@ -8,6 +8,8 @@
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
 #include "fiohost/interrupt.h"
+#include "fiohost/view/implied_command.h"
+#include "platform/console/console.h"
 
 namespace fiohost {
 namespace {
@@ -65,7 +67,8 @@ int parseAndRun(std::vector<std::string> arguments) {
 
 int runProgram(std::vector<std::string> arguments) {
   try {
-    return parseAndRun(std::move(arguments));
+    const view::Start start = {platform::showsWindows, platform::hasConsoleToItself()};
+    return parseAndRun(view::withImpliedCommand(std::move(arguments), start));
   } catch (const std::bad_alloc&) {  // even telling of a failure takes memory
     std::fputs("there is no memory left; close other programs\n", stderr);
     return exitSomeFailed;

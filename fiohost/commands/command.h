@@ -51,5 +51,6 @@ std::unique_ptr<Command> makeReadCommand();
 std::unique_ptr<Command> makeSetCommand();
 std::unique_ptr<Command> makeSettingsCommand();
 std::unique_ptr<Command> makeShowCommand();
+std::unique_ptr<Command> makeViewCommand();
 
 }  // namespace fiohost

@@ -50,6 +50,20 @@ using OwnedFile = std::unique_ptr<std::FILE, CloseFile>;
 // Loads the library at a full path; null when it is not there or refuses to load.
 [[nodiscard]] HMODULE loadModule(const std::filesystem::path& path);
 
+// Whether programs of this system's build open windows.
+#ifdef _WIN32
+inline constexpr bool showsWindows = true;
+#else
+inline constexpr bool showsWindows = false;
+#endif
+
+// Whether the system opened a console for this program alone, as for a double click, and its output
+// goes there: no shell waits behind it.
+[[nodiscard]] bool hasConsoleToItself();
+
+// Closes such a console, for a program that has a window instead.
+void leaveOwnConsole();
+
 // A number that no other running process has.
 [[nodiscard]] unsigned long processNumber();
 

@@ -47,6 +47,10 @@ OwnedFile createNewFile(const std::filesystem::path& path) {
 
 HMODULE loadModule(const std::filesystem::path& path) { return LoadLibraryA(path.c_str()); }
 
+bool hasConsoleToItself() { return false; }
+
+void leaveOwnConsole() {}
+
 unsigned long processNumber() { return static_cast<unsigned long>(getpid()); }
 
 }  // namespace platform

@@ -131,6 +131,15 @@ OwnedFile createNewFile(const std::filesystem::path& path) {
 
 HMODULE loadModule(const std::filesystem::path& path) { return LoadLibraryW(path.c_str()); }
 
+bool hasConsoleToItself() {
+  DWORD processes[2] = {};
+  return GetConsoleProcessList(processes, 2) == 1 && isTerminal(stdout);
+}
+
+void leaveOwnConsole() {
+  if (hasConsoleToItself()) FreeConsole();
+}
+
 unsigned long processNumber() { return GetCurrentProcessId(); }
 
 }  // namespace platform
