@@ -15,7 +15,7 @@ constexpr std::array rows = {
     ActionRow{Action::open, Menu::file, "&Open...", control('O')},
     ActionRow{Action::saveAs, Menu::file, "Save &As...", control('S')},
     ActionRow{Action::reload, Menu::file, "&Reload", plain(keyF5)},
-    ActionRow{Action::properties, Menu::file, "P&roperties...", alt(keyReturn)},
+    ActionRow{Action::properties, Menu::file, "Proper&ties...", alt(keyReturn)},
     ActionRow{Action::nextFile, Menu::file, "&Next File", plain(keyPageDown), {}, true},
     ActionRow{Action::previousFile, Menu::file, "&Previous File", plain(keyPageUp)},
     ActionRow{Action::firstFile, Menu::file, "&First File", plain(keyHome)},

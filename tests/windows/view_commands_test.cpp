@@ -157,7 +157,7 @@ class ViewDpiTest : public ViewWindowTest, public testing::WithParamInterface<in
 // The system tells a window of its screen's resolution with the size to take there.
 TEST_P(ViewDpiTest, EverythingGrowsWithTheScreen) {
   const int dpi = GetParam();
-  addStereo("pair.mpo");
+  addStereo();
   openDecoded({"pair.mpo"});
   order(Action::stereoOff);
   RECT wanted = {0, 0, 1200, 900};
@@ -166,7 +166,7 @@ TEST_P(ViewDpiTest, EverythingGrowsWithTheScreen) {
   EXPECT_EQ(window_.rectangle().right, 1200);
   const int after = static_cast<int>(bar().clientArea().bottom);
   EXPECT_NEAR(after, before * dpi / 96.0, before * 0.3);
-  expectPicture(decoded("left.jpg"), 120 * dpi / 96);
+  expectPicture(imageOfPair(1), 120 * dpi / 96);
   const Window progress = bar().control(fiohost::view::StatusBar::progressId);
   const RECT place = progress.placeIn(bar());
   EXPECT_GT(place.right - place.left, 120 * dpi / 96);
@@ -182,7 +182,7 @@ TEST_P(ViewDpiTest, EverythingGrowsWithTheScreen) {
 INSTANTIATE_TEST_SUITE_P(Resolutions, ViewDpiTest, testing::Values(96, 144, 192));
 
 TEST_F(ViewWindowTest, NoHandlesAreLeft) {
-  addStereo("pair.mpo");
+  addStereo();
   const auto useOnce = [this] {
     openDecoded({"pair.mpo"});
     for (const WPARAM key :

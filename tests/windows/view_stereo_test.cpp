@@ -10,7 +10,7 @@ constexpr int cellWidth = 108;
 class ViewStereoTest : public ViewWindowTest {
  protected:
   void openPair() {
-    addStereo("pair.mpo");
+    addStereo();
     openDecoded({"pair.mpo"});
     order(Action::stereoOff);
     waitForRest();
@@ -30,7 +30,7 @@ class ViewStereoTest : public ViewWindowTest {
 TEST_F(ViewStereoTest, TheFilmStripShowsAndChoosesImages) {
   openPair();
   EXPECT_EQ(partText(0), "Image 1 of 2");
-  expectPicture(decoded("left.jpg"), stripHeight);
+  expectPicture(imageOfPair(1), stripHeight);
   const POINT second = cell(1, 2);
   EXPECT_TRUE(eventually([&] {
     const Rgb thumbnail = at(client(), second.x, second.y);
@@ -40,7 +40,7 @@ TEST_F(ViewStereoTest, TheFilmStripShowsAndChoosesImages) {
   window_.settle();
   waitForRest();
   EXPECT_EQ(partText(0), "Image 2 of 2");
-  expectPicture(decoded("right.jpg"), stripHeight);
+  expectPicture(imageOfPair(2), stripHeight);
   EXPECT_FALSE(isEnabled(Action::nextImage));
   press(VK_LEFT);
   EXPECT_EQ(partText(0), "Image 1 of 2");
@@ -51,7 +51,7 @@ TEST_F(ViewStereoTest, TheFilmStripCanBeTakenAway) {
   EXPECT_TRUE(isChecked(Action::filmStrip));
   press('T');
   EXPECT_FALSE(isChecked(Action::filmStrip));
-  expectPicture(decoded("left.jpg"), 0);
+  expectPicture(imageOfPair(1), 0);
 }
 
 TEST_F(ViewStereoTest, AnaglyphMixesThePair) {
@@ -59,16 +59,16 @@ TEST_F(ViewStereoTest, AnaglyphMixesThePair) {
   press('A');
   EXPECT_TRUE(isChecked(Action::anaglyph));
   EXPECT_EQ(partText(0), "anaglyph, parallax 0");
-  const Rgb left = at(decoded("left.jpg"), 100, 50);
-  const Rgb right = at(decoded("right.jpg"), 100, 50);
+  const Rgb left = at(imageOfPair(1), 100, 50);
+  const Rgb right = at(imageOfPair(2), 100, 50);
   EXPECT_EQ(shown(320, 200, 100, 50),
             (Rgb{(7 * left.green + 3 * left.blue + 5) / 10, right.green, right.blue}));
 }
 
 TEST_F(ViewStereoTest, SideBySideAndCrossEyedAreTwiceAsWide) {
   openPair();
-  const Rgb left = at(decoded("left.jpg"), 100, 50);
-  const Rgb right = at(decoded("right.jpg"), 100, 50);
+  const Rgb left = at(imageOfPair(1), 100, 50);
+  const Rgb right = at(imageOfPair(2), 100, 50);
   press('S');
   EXPECT_EQ(partText(1), "640 x 200");
   EXPECT_EQ(shown(640, 200, 100, 50), left);
@@ -100,7 +100,7 @@ TEST_F(ViewStereoTest, WiggleGoesFromOneToTheOtherAndBack) {
   order(Action::moreParallax);
   press('W');
   for (int i = 0; i < 30; ++i) order(Action::moreParallax);  // the two differ at the left edge
-  const Rgb left = at(decoded("left.jpg"), 10, 50);
+  const Rgb left = at(imageOfPair(1), 10, 50);
   const auto shows = [&](const Rgb& wanted) {
     return eventually([&] { return shown(320, 200, 10, 50) == wanted; });
   };

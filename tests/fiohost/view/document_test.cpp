@@ -46,9 +46,13 @@ class DocumentTest : public fiohostTest::ViewerTest {
     document_.withPicture([&result](const Raster& raster) { result = raster; });
     return result;
   }
-  // What libjpeg makes of a file, as a raster.
+  // What libjpeg makes of a file.
   [[nodiscard]] Raster expected(const std::string& name) const {
-    const Pixels pixels = decodeJpeg(fiohostTest::readBytes(file(name)));
+    return rasterOf(decodeJpeg(fiohostTest::readBytes(file(name))));
+  }
+  [[nodiscard]] Raster left() const { return rasterOf(imageOfPair(1)); }
+  [[nodiscard]] Raster right() const { return rasterOf(imageOfPair(2)); }
+  static Raster rasterOf(const Pixels& pixels) {
     Raster raster({static_cast<int>(pixels.width), static_cast<int>(pixels.height)});
     for (unsigned y = 0; y < pixels.height; ++y) {
       for (unsigned x = 0; x < pixels.width; ++x) {
@@ -143,14 +147,14 @@ TEST_F(DocumentTest, StoppingKeepsWhatHasCome) {
 }
 
 TEST_F(DocumentTest, EachImageOfAStereoFileCanBeSeen) {
-  addStereo("pair.mpo");
+  addStereo();
   open("pair.mpo");
   ASSERT_EQ(document_.imageCount(), 2U);
   EXPECT_EQ(document_.shownStereo(), StereoMode::off);
-  EXPECT_EQ(shown(), expected("left.jpg"));
+  EXPECT_EQ(shown(), left());
   document_.select(1);
   waitUntil([this] { return !document_.isBusy(); });
-  EXPECT_EQ(shown(), expected("right.jpg"));
+  EXPECT_EQ(shown(), right());
   waitUntil([this] {
     bool both = true;
     for (const std::size_t image : {0U, 1U}) {
@@ -163,42 +167,39 @@ TEST_F(DocumentTest, EachImageOfAStereoFileCanBeSeen) {
 }
 
 TEST_F(DocumentTest, APairIsComposed) {
-  addStereo("pair.mpo");
+  addStereo();
   document_.setStereo(StereoMode::sideBySide);
   open("pair.mpo");
   EXPECT_EQ(document_.pictureSize(), (Extent{640, 200}));
-  const Raster left = expected("left.jpg");
-  const Raster right = expected("right.jpg");
-  EXPECT_EQ(shown(), composeStereo(StereoMode::sideBySide, left, right, 0));
+  EXPECT_EQ(shown(), composeStereo(StereoMode::sideBySide, left(), right(), 0));
   document_.setStereo(StereoMode::anaglyph);
   document_.setParallax(6);
   EXPECT_EQ(document_.pictureSize(), (Extent{320, 200}));
-  EXPECT_EQ(shown(), composeStereo(StereoMode::anaglyph, left, right, 6));
+  EXPECT_EQ(shown(), composeStereo(StereoMode::anaglyph, left(), right(), 6));
   document_.setStereo(StereoMode::wiggle);
   document_.setParallax(0);
-  EXPECT_EQ(shown(), left);
+  EXPECT_EQ(shown(), left());
   document_.nextWiggle();
-  EXPECT_EQ(shown(), right);
+  EXPECT_EQ(shown(), right());
   document_.select(1);
   EXPECT_EQ(document_.stereo(), StereoMode::off);
-  EXPECT_EQ(shown(), right);
+  EXPECT_EQ(shown(), right());
 }
 
 TEST_F(DocumentTest, AFileWithoutAPairKeepsTheModeForTheNext) {
   addJpeg("one.jpg", {});
-  addStereo("pair.mpo");
+  addStereo();
   document_.setStereo(StereoMode::crossEyed);
   open("one.jpg");
   EXPECT_EQ(document_.shownStereo(), StereoMode::off);
   EXPECT_EQ(shown(), expected("one.jpg"));
   open("pair.mpo");
   EXPECT_EQ(document_.shownStereo(), StereoMode::crossEyed);
-  EXPECT_EQ(shown(),
-            composeStereo(StereoMode::crossEyed, expected("left.jpg"), expected("right.jpg"), 0));
+  EXPECT_EQ(shown(), composeStereo(StereoMode::crossEyed, left(), right(), 0));
 }
 
 TEST_F(DocumentTest, ParallaxIsOfTheWholePicture) {
-  addStereo("pair.mpo");
+  addStereo();
   document_.setScreen({160, 160}, 96);
   document_.setStereo(StereoMode::wiggle);
   document_.setParallax(10);
@@ -211,7 +212,7 @@ TEST_F(DocumentTest, ParallaxIsOfTheWholePicture) {
 }
 
 TEST_F(DocumentTest, TheShownImageIsSaved) {
-  addStereo("pair.mpo");
+  addStereo();
   const SaveOrder order = {nameOf("pair.mpo"), true, 1, nameOf("saved.jpg"), {1, 0, 90, 1}};
   host::u32 rows = 0;
   saveImage(plugin_.session, order, [&rows](host::u32 done, host::u32 total) {
@@ -221,10 +222,9 @@ TEST_F(DocumentTest, TheShownImageIsSaved) {
   });
   EXPECT_EQ(rows, 199U);
   const Raster saved = expected("saved.jpg");
-  const Raster right = expected("right.jpg");
-  ASSERT_EQ(saved.size, right.size);
+  ASSERT_EQ(saved.size, right().size);
   EXPECT_NEAR(static_cast<int>(greenOf(saved.at(100, 100))),
-              static_cast<int>(greenOf(right.at(100, 100))), 8);
+              static_cast<int>(greenOf(right().at(100, 100))), 8);
 }
 
 TEST_F(DocumentTest, ASaveThatIsStoppedLeavesNothing) {

@@ -29,7 +29,18 @@ TEST_P(LayoutTest, CellsStandSideBySideInTheMiddle) {
   EXPECT_TRUE(cells.cell(1).contains({cells.thumbnail(1).left, cells.thumbnail(1).top}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Resolutions, LayoutTest, testing::Values(96, 120, 144, 192));
+INSTANTIATE_TEST_SUITE_P(Resolutions, LayoutTest, testing::Values(96, 144, 192));
+
+TEST(FilmStrip, ThumbnailsLieInsideCellsAndCellsInsideTheStripAtEveryResolution) {
+  for (int dpi = 96; dpi <= 192; dpi += 12) {
+    const Box strip = layOut({1600, 1200}, true, dpi).strip;
+    const FilmStrip cells(strip, 2, 0, dpi);
+    const Box inner = cells.thumbnail(1);
+    EXPECT_EQ(inner.extent(), (Extent{thumbnailSide(dpi), thumbnailSide(dpi)})) << dpi;
+    EXPECT_TRUE(cells.cell(1).contains({inner.left + inner.width, inner.top + inner.height}));
+    EXPECT_TRUE(strip.contains({cells.cell(1).left, cells.cell(1).top + cells.cell(1).height}));
+  }
+}
 
 TEST(WindowLayout, WithoutAStripThePictureHasEverything) {
   EXPECT_EQ(layOut({800, 600}, false, 96).picture, (Box{0, 0, 800, 600}));

@@ -1,6 +1,7 @@
 // The built plug-in in the test's own process, and pictures whose places can be told apart.
 #pragma once
 
+#include "examples/scene_jpeg.h"
 #include "fiohost/session.h"
 #include "tests/fiohost/support/program_fixture.h"
 #include "tests/support/tiff_builder.h"
@@ -36,10 +37,17 @@ class ViewerTest : public ProgramTest {
     const ProcessResult result = run(arguments);
     ASSERT_EQ(result.exitCode, 0) << result.err;
   }
-  void addStereo(const std::string& name) const {
-    addJpeg("left.jpg", {.width = 320, .height = 200});
-    addJpeg("right.jpg", {.width = 320, .height = 200, .progressive = true});
-    buildMpo(name, "stereo", {"left.jpg", "right.jpg"});
+  // pair.mpo: a scene as two eyes see it.
+  void addStereo(unsigned width = 320, unsigned height = 200) const {
+    constexpr double halfStep = 0.02;
+    writeBytes(file("left.jpg"), examples::encodeScene(width, height, true, {}, -halfStep));
+    writeBytes(file("right.jpg"), examples::encodeScene(width, height, true, {}, halfStep));
+    buildMpo("pair.mpo", "stereo", {"left.jpg", "right.jpg"});
+    ASSERT_EQ(run({"mpo", "extract", "pair.mpo", "-o", "images"}).exitCode, 0);
+  }
+  // An image of that file, from 1, as the program extracts it.
+  [[nodiscard]] Pixels imageOfPair(int number) const {
+    return png("images/pair-" + std::to_string(number) + ".png");
   }
 };
 
