@@ -130,6 +130,8 @@ std::optional<SaveSettings> askSaveSettings(const Session& session, const Source
                                             const ConvertOptions& options, HWND owner) {
   Described described = describeFile(session, file);
   refuseOthers(described);
+  // The dialog goes by the segments that were found, too.
+  session.plugin.loadProperties(described.fileData.handle());
   giveSettings(described.fileData, chooseSettings(session, described.fileData.jpegTail(), options));
   return confirmSettings(session, described, owner);
 }

@@ -50,6 +50,11 @@ void Document::stop() {
   changed_();
 }
 
+void Document::setScreen(const Size& screen, int thumbnail) {
+  renderings_.setScreen(screen, thumbnail);
+  if (!stopped_) schedule();
+}
+
 void Document::lookAtScale(double scale) {
   if (scale == scale_) return;
   scale_ = scale;

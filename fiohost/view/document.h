@@ -30,7 +30,7 @@ class Document {
   void stop();
 
   // As Renderings::setScreen().
-  void setScreen(const Size& screen, int thumbnail) { renderings_.setScreen(screen, thumbnail); }
+  void setScreen(const Size& screen, int thumbnail);
   // The scale that the picture is looked at: a reduced rendering that is too coarse for it is
   // followed by the whole one.
   void lookAtScale(double scale);

@@ -36,12 +36,9 @@ bool hasPictureName(const std::string& name) {
 
 std::vector<std::string> picturesIn(const std::string& folder) {
   std::vector<std::string> found;
-  std::error_code error;
-  std::filesystem::directory_iterator entry(platform::systemPath(folder), error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    std::error_code ignored;
-    std::string name = platform::displayPath(entry->path());
-    if (hasPictureName(name) && entry->is_regular_file(ignored)) found.push_back(std::move(name));
+  for (const std::filesystem::path& file : platform::filesIn(platform::systemPath(folder))) {
+    std::string name = platform::displayPath(file);
+    if (hasPictureName(name)) found.push_back(std::move(name));
   }
   std::sort(found.begin(), found.end(), &naturalLess);
   return found;

@@ -19,7 +19,11 @@ Extent Rendering::size() const {
 
 void Renderings::setScreen(const Size& screen, int thumbnail) {
   screen_ = {std::max(screen.width, 1U), std::max(screen.height, 1U)};
-  thumbnailSide_ = static_cast<host::u32>(std::max(thumbnail, 1));
+  const auto side = static_cast<host::u32>(std::max(thumbnail, 1));
+  for (Image& image : images_) {
+    if (side > thumbnailSide_ && image.thumbnail.isComplete()) image.thumbnail = {};
+  }
+  thumbnailSide_ = side;
 }
 
 void Renderings::reset(std::vector<Extent> stored, Orientation orientation) {

@@ -33,7 +33,8 @@ struct Task {
 
 class Renderings {
  public:
-  // The largest picture that the screen shows at once, and the side of a thumbnail.
+  // The largest picture that the screen shows at once, and the side of a thumbnail; thumbnails that
+  // are smaller come anew.
   void setScreen(const Size& screen, int thumbnail);
 
   // Forgets everything. stored: the images' sizes as far as they are known; orientation: of the

@@ -26,6 +26,9 @@ void showUtf8();
 // Throws std::filesystem::filesystem_error when there is no such path.
 [[nodiscard]] std::filesystem::path systemPath(const std::string& text);
 
+// The files of a folder, without folders; none of one that cannot be read. Full paths.
+[[nodiscard]] std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder);
+
 // A path for people: UTF-8, without a prefix.
 [[nodiscard]] std::string displayPath(const std::filesystem::path& path);
 

@@ -1,8 +1,8 @@
 // The picture window: what it shows of a file, and what keys, wheel and drag do to it.
+#include "tests/windows/view_fixture.h"
+// These need what stands above.
 #include <shellapi.h>
 #include <shlobj.h>
-
-#include "tests/windows/view_fixture.h"
 
 namespace fiohostTest {
 namespace {
@@ -53,17 +53,20 @@ TEST_F(ViewWindowTest, ALargePictureIsFittedAndShownAtActualSizeByAKey) {
 }
 
 TEST_F(ViewWindowTest, TheWheelZoomsAboutThePointer) {
-  addJpeg("a.jpg", {.width = 600, .height = 400});
+  addJpeg("a.jpg", {.width = 1600, .height = 1200});
   openDecoded({"a.jpg"});
-  const POINT corner = cornerOf(600, 400);
-  const POINT pointer = {corner.x + 150, corner.y + 100};
+  press('1');
+  waitForRest();
+  const POINT corner = cornerOf(1600, 1200);
+  const POINT pointer = {200, 150};
   POINT screen = pointer;
   ClientToScreen(window_.handle(), &screen);
   for (int notch = 0; notch < 7; ++notch) {
     window_.send(WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), MAKELPARAM(screen.x, screen.y));
   }
   EXPECT_EQ(partText(2), "477 %");
-  EXPECT_EQ(at(client(), pointer.x, pointer.y), at(decoded("a.jpg"), 150, 100));
+  EXPECT_EQ(at(client(), pointer.x, pointer.y),
+            at(decoded("a.jpg"), 200 - corner.x, 150 - corner.y));
   window_.send(WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)),
                MAKELPARAM(screen.x, screen.y));
   EXPECT_EQ(partText(2), "381 %");
@@ -164,10 +167,6 @@ TEST_F(ViewWindowTest, TheWindowAnswersWhileItDecodes) {
   EXPECT_EQ(thread_->result(), 0) << "closing waits for nothing";
   thread_.reset();
 }
-
-struct FreeDrop {
-  HGLOBAL block;
-};
 
 // What a file manager sends: names, each ended by a zero, behind a header.
 WPARAM dropOf(const std::vector<std::wstring>& names) {

@@ -19,6 +19,12 @@ struct FreeLocal {
   void operator()(LPWSTR* list) const noexcept { LocalFree(list); }
 };
 
+struct CloseSearch {
+  void operator()(HANDLE search) const noexcept {
+    if (search != INVALID_HANDLE_VALUE) FindClose(search);
+  }
+};
+
 std::string narrowed(const std::wstring& text, UINT codePage, DWORD flags, BOOL* lost) {
   const int length = static_cast<int>(text.size());
   const int size =
@@ -89,6 +95,20 @@ std::filesystem::path systemPath(const std::string& text) {
   if (path.size() < longestPlainPath || path.starts_with(longPrefix)) return path;
   if (path.starts_with(LR"(\\)")) return std::wstring(longSharePrefix) + path.substr(2);
   return std::wstring(longPrefix) + path;
+}
+
+// The iterator of the standard library ends at MAX_PATH.
+std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> files;
+  WIN32_FIND_DATAW entry = {};
+  const std::unique_ptr<void, CloseSearch> search(FindFirstFileW((folder / "*").c_str(), &entry));
+  if (search.get() == INVALID_HANDLE_VALUE) return files;
+  do {
+    if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+      files.push_back(folder / entry.cFileName);
+    }
+  } while (FindNextFileW(search.get(), &entry) != FALSE);
+  return files;
 }
 
 std::string displayPath(const std::filesystem::path& path) {

@@ -166,6 +166,20 @@ TEST_F(DocumentTest, EachImageOfAStereoFileCanBeSeen) {
   });
 }
 
+TEST_F(DocumentTest, AFinerScreenGetsLargerThumbnails) {
+  addStereo();
+  open("pair.mpo");
+  const auto hasThumbnail = [this](const Extent& size) {
+    bool has = false;
+    document_.withThumbnail(1, [&](const Raster& raster) { has = raster.size == size; });
+    return has;
+  };
+  waitUntil([&] { return hasThumbnail({96, 60}); });
+  document_.setScreen({400, 400}, 192);
+  waitUntil([&] { return hasThumbnail({192, 120}); });
+  EXPECT_FALSE(document_.isBusy()) << "the picture itself stays";
+}
+
 TEST_F(DocumentTest, APairIsComposed) {
   addStereo();
   document_.setStereo(StereoMode::sideBySide);
