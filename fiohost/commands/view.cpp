@@ -15,7 +15,10 @@ class ViewCommand : public Command {
   }
 
   ExitCode run(const Session& session) override {
-    if (!hasWindowsFor(session, "view")) return exitUsage;
+    if (!session.plugin.hasWindows()) {
+      printFailure("", Failure("view: this build has no windows", "use the Windows build"));
+      return exitUsage;
+    }
     platform::leaveOwnConsole();
     view::runViewer(session, files_);
     return exitSuccess;

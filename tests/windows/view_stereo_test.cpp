@@ -120,6 +120,21 @@ TEST_F(ViewStereoTest, ThePairOpensInTheViewChosenLast) {
   EXPECT_EQ(partText(0), "cross-eyed, parallax 2");
 }
 
+// The pictures of the README: looked at by people, so only their being drawn is checked here.
+TEST_F(ViewStereoTest, HasItsPortraitTaken) {
+  addStereo(1200, 900);
+  std::filesystem::remove(file("left.jpg"));
+  std::filesystem::remove(file("right.jpg"));
+  open({"pair.mpo"});
+  MoveWindow(window_.handle(), 40, 40, 760, 640, TRUE);
+  waitForRest();
+  EXPECT_EQ(partText(0), "anaglyph, parallax 0");
+  EXPECT_GT(test::saveScreenshot(window_, "view_anaglyph"), 500U);
+  press('O');
+  waitForRest();
+  EXPECT_GT(test::saveScreenshot(window_, "view_window"), 500U);
+}
+
 TEST_F(ViewStereoTest, OtherFilesHaveNoStereoCommands) {
   addJpeg("a.jpg", {});
   openDecoded({"a.jpg"});

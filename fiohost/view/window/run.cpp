@@ -40,7 +40,7 @@ void runViewer(const Session& session, const std::vector<std::string>& files) {
   controls.dwICC = ICC_BAR_CLASSES | ICC_PROGRESS_CLASS;
   InitCommonControlsEx(&controls);
   ViewWindow window(session, settingsPath(session));
-  window.open(files);
+  window.openFirst(files);
   window.run();
 }
 

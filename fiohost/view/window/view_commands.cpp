@@ -18,10 +18,15 @@ constexpr int parallaxStep = 2;  // pixels of the picture
 void ViewWindow::open(const std::vector<std::string>& files) {
   if (files.empty()) return;
   FileSequence sequence(files);
+  if (sequence.empty()) throw Failure("there are no pictures in " + files.front(), "");
   isFolder_ = files.size() == 1;
   files_ = std::move(sequence);
-  if (files_.empty()) notice_ = "there are no pictures in " + files.front();
-  show(!files_.empty());
+  show(true);
+}
+
+void ViewWindow::openFirst(const std::vector<std::string>& files) {
+  static_cast<void>(guard([&] { open(files); }));
+  updateTexts();
 }
 
 // The current file of the sequence, when it has moved to one.
@@ -57,11 +62,11 @@ ViewerState ViewWindow::state() const {
 void ViewWindow::obey(Action action) {
   if (!isEnabled(action, state())) return;
   notice_.clear();
-  guard([&] {
+  static_cast<void>(guard([&] {
     if (action <= Action::leave) return obeyFile(action);
     if (action >= Action::stereoOff) return obeyStereo(action);
     obeyView(action);
-  });
+  }));
   if (window_ == nullptr) return;
   updateMenu(GetMenu(window_), state());
   onDocumentChanged();

@@ -67,7 +67,8 @@ LRESULT CALLBACK ViewWindow::procedure(HWND window, UINT message, WPARAM wParam,
   auto* self = reinterpret_cast<ViewWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (self == nullptr) return DefWindowProcW(window, message, wParam, lParam);
   LRESULT result = 0;
-  self->guard([&] { result = self->answer(message, wParam, lParam); });
+  const bool done = self->guard([&] { result = self->answer(message, wParam, lParam); });
+  if (!done && self->window_ != nullptr) self->guard([self] { self->updateTexts(); });
   if (message == WM_NCDESTROY) {
     SetWindowLongPtrW(window, GWLP_USERDATA, 0);
     self->window_ = nullptr;
@@ -75,19 +76,20 @@ LRESULT CALLBACK ViewWindow::procedure(HWND window, UINT message, WPARAM wParam,
   return result;
 }
 
-// Nothing is thrown through the system's dispatching; the status bar tells of it.
-void ViewWindow::guard(const std::function<void()>& work) noexcept {
+// Nothing is thrown through the system's dispatching.
+bool ViewWindow::guard(const std::function<void()>& work) noexcept {
   try {
     try {
       work();
+      return true;
     } catch (const Failure& failure) {
       notice_ = failure.line();
     } catch (const std::exception& error) {
       notice_ = error.what();
     }
-    return;
   } catch (...) {  // there is no memory even for a text
   }
+  return false;
 }
 
 LRESULT ViewWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -181,6 +183,7 @@ void ViewWindow::place() {
 }
 
 void ViewWindow::onSize() {
+  if (IsIconic(window_) != FALSE) return;  // nothing is looked at
   const int statusHeight = status_.layOut();
   RECT client = {};
   GetClientRect(window_, &client);

@@ -28,8 +28,10 @@ class ViewWindow {
   ViewWindow& operator=(const ViewWindow&) = delete;
   ~ViewWindow();
 
-  // Shows the first of the files, as FileSequence takes them.
+  // Shows the first of the files, as FileSequence takes them. Throws Failure when there is none.
   void open(const std::vector<std::string>& files);
+  // The same, but the window tells of a failure.
+  void openFirst(const std::vector<std::string>& files);
   // Returns when the window has been closed.
   void run();
 
@@ -54,7 +56,8 @@ class ViewWindow {
   void onPaint();
   void onTimer(UINT_PTR timer);
   void onDestroy();
-  void guard(const std::function<void()>& work) noexcept;
+  // False when the work threw, of which the status bar is to tell.
+  bool guard(const std::function<void()>& work) noexcept;
 
   // view_input.cpp: mouse and dropped files.
   void onWheel(int delta, POINT screenPlace);
