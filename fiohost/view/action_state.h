@@ -15,7 +15,6 @@ struct ViewerState {
   bool hasPreviousFile = false;
   bool hasNextImage = false;
   bool hasPreviousImage = false;
-  bool hasSeveralImages = false;
   bool hasPair = false;
   bool fitted = false;
   bool actualSize = false;

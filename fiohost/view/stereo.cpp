@@ -35,12 +35,15 @@ class Composer {
     return result;
   }
 
+  // Where one eye would have nothing, neither gets anything.
   [[nodiscard]] Raster mixed() const {
     Raster result = one(false);
+    const int first = std::clamp(parallax_, 0, size_.width);
+    const int last = std::clamp(size_.width + parallax_, first, size_.width);
     for (int y = 0; y < size_.height; ++y) {
       const Pixel* left = left_.row(y);
-      Pixel* row = result.row(y);
-      std::transform(left, left + size_.width, row, row, &anaglyph);
+      Pixel* row = result.row(y) + first;
+      std::transform(left + first, left + last, row, row, &anaglyph);
     }
     return result;
   }

@@ -126,12 +126,15 @@ TEST_F(ViewStereoTest, HasItsPortraitTaken) {
   std::filesystem::remove(file("left.jpg"));
   std::filesystem::remove(file("right.jpg"));
   open({"pair.mpo"});
-  MoveWindow(window_.handle(), 40, 40, 760, 640, TRUE);
+  MoveWindow(window_.handle(), 40, 40, 540, 470, TRUE);
   waitForRest();
-  EXPECT_EQ(partText(0), "anaglyph, parallax 0");
+  for (int step = 0; step < 7; ++step) order(Action::moreParallax);
+  EXPECT_EQ(partText(0), "anaglyph, parallax 14");
+  static_cast<void>(client());  // everything is drawn
   EXPECT_GT(test::saveScreenshot(window_, "view_anaglyph"), 500U);
   press('O');
   waitForRest();
+  static_cast<void>(client());
   EXPECT_GT(test::saveScreenshot(window_, "view_window"), 500U);
 }
 

@@ -50,7 +50,6 @@ ViewerState ViewWindow::state() const {
   state.hasPreviousFile = !files_.empty() && files_.position() > 0;
   state.hasNextImage = document_.selected() + 1 < images;
   state.hasPreviousImage = document_.selected() > 0;
-  state.hasSeveralImages = images > 1;
   state.hasPair = facts != nullptr && facts->stereo.has_value();
   state.fitted = view_.isFitted();
   state.actualSize = !view_.isFitted() && view_.scale() == 1;

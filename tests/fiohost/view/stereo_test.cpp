@@ -58,6 +58,15 @@ TEST(Stereo, ParallaxMovesTheRightPictureOnly) {
               ElementsAre(0x102030, 0x405060, 0xFF0000, 0, 0, 0));
 }
 
+TEST(Stereo, AnAnaglyphIsBlackWhereOneEyeHasNothing) {
+  EXPECT_THAT(composeStereo(StereoMode::anaglyph, left, right, 2).pixels,
+              ElementsAre(0, 0, pixelOf(0, 0x12, 0x13)));
+  EXPECT_THAT(composeStereo(StereoMode::anaglyph, left, right, -2).pixels,
+              ElementsAre(pixelOf(37, 0x32, 0x33), 0, 0));
+  EXPECT_THAT(composeStereo(StereoMode::anaglyph, left, right, 9).pixels, ElementsAre(0, 0, 0));
+  EXPECT_THAT(composeStereo(StereoMode::anaglyph, left, right, -9).pixels, ElementsAre(0, 0, 0));
+}
+
 TEST(Stereo, PicturesAreCutToWhatBothHave) {
   const Raster tall = rasterOf({2, 2}, {1, 2, 3, 4});
   EXPECT_EQ(composeStereo(StereoMode::sideBySide, left, tall, 0).size, (Extent{4, 1}));
