@@ -109,6 +109,14 @@ function(kf_test_program target)
   target_link_libraries(${target} PRIVATE kf_platform kf_warnings GTest::gmock)
 endfunction()
 
+# kf_window_test_at(TARGET DPI FILTER): some tests of a window program again, at other dots per inch.
+function(kf_window_test_at target dpi filter)
+  set(name ${KF_BUILD_NAME}:${target}_at_${dpi})
+  add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/cmake/wine_display $<TARGET_FILE:${target}>
+    --gtest_brief=1 --gtest_filter=${filter})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 900 ENVIRONMENT "${KF_TEST_ENVIRONMENT};KF_DPI=${dpi}")
+endfunction()
+
 # kf_window_test(TARGET SOURCES...): a GoogleTest program that opens windows. It has a main program
 # (tests/windows/support) and a display of its own. Windows only.
 function(kf_window_test target)

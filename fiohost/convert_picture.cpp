@@ -9,6 +9,8 @@
 #include "fiohost/preview.h"
 #include "fiohost/progress.h"
 #include "fiohost/row_reader.h"
+#include "fiohost/thumbnail.h"
+#include "fiohost/whole_metadata.h"
 
 namespace fiohost {
 namespace {
@@ -124,6 +126,11 @@ void writeRows(const Session& session, const SourceFile& file, Described& descri
                     "check that the output's folder has room");
 }
 
+void requireThumbnail(const Session& session, const SourceFile& saved) {
+  if (findThumbnail(session, saved)) return;
+  throw Failure("there is no memory for the thumbnail", "close other programs");
+}
+
 }  // namespace
 
 std::optional<SaveSettings> askSaveSettings(const Session& session, const SourceFile& file,
@@ -142,7 +149,10 @@ Converted convertPicture(const Session& session, const SourceFile& file,
   Described described = describeFile(session, file);
   refuseOthers(described);
   const JpegLayout sourceLayout = layoutOf(file.path());
-  if (!options.dropMetadata) takeMetadata(session, sourceLayout, described);
+  if (!options.dropMetadata) {
+    takeWhole(session, file, described,
+              [&](Described& target) { takeMetadata(session, sourceLayout, target); });
+  }
   const EditedParts edited = edit != nullptr ? edit->apply(described.fileData) : EditedParts{};
   dropHeldFields(described.fileData);
   PreviewRows preview;
@@ -155,10 +165,13 @@ Converted convertPicture(const Session& session, const SourceFile& file,
   const std::filesystem::path written = output.handOver();
   described.fileData.setSourcePath(written);
   writeRows(session, file, described, sourceTail.mode != host::modeBaseline, preview, options);
+  requireExifSegment(described.fileData);
   Converted converted = {outputName, std::filesystem::file_size(written), {}};
   converted.segments = compareLayouts(sourceLayout, layoutOf(written),
                                       {options.dropMetadata, settings.jfif != 0, edited});
-  if (edit != nullptr) edit->verify(SourceFile(platform::displayPath(written)));
+  const SourceFile saved(platform::displayPath(written));
+  if (edit != nullptr) edit->verify(saved);
+  if (!preview.rows().empty()) requireThumbnail(session, saved);
   output.commit();
   return converted;
 }

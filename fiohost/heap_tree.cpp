@@ -20,7 +20,6 @@ namespace {
 using host::i32;
 using host::u16;
 using host::u32;
-using nlohmann::ordered_json;
 using property::HeapItem;
 using property::HeapRecord;
 using property::ParsedHeap;
@@ -66,33 +65,33 @@ class HeapLister {
       : heap_(heap), items_(items.begin(), items.end()) {}
 
   HeapListing list() {
-    ordered_json json = record(property::heapHeaderRow, 0);
+    Json json = record(property::heapHeaderRow, 0);
     return {std::move(words_), std::move(json)};
   }
 
  private:
-  ordered_json record(i32 index, std::size_t depth);
-  ordered_json values(i32 index, std::size_t depth);
-  ordered_json fieldValue(const HeapItem& item, std::size_t depth);
-  ordered_json textValue(i32 index, u32 row, std::size_t depth);
+  Json record(i32 index, std::size_t depth);
+  Json values(i32 index, std::size_t depth);
+  Json fieldValue(const HeapItem& item, std::size_t depth);
+  Json textValue(i32 index, u32 row, std::size_t depth);
 
   const ParsedHeap& heap_;
   std::deque<Property> items_;  // those not listed yet
   std::string words_;
 };
 
-ordered_json HeapLister::fieldValue(const HeapItem& item, std::size_t depth) {
+Json HeapLister::fieldValue(const HeapItem& item, std::size_t depth) {
   const Property field = items_.front();
   items_.pop_front();
   const std::string label = property::heapLabels(textLibrary(), item, heapValueOf(field).number);
   words_ += valueLine(depth, field.name, heapItemText(field) + label);
-  ordered_json json = heapItemInJson(field);
-  json["label"] = label.empty() ? ordered_json(nullptr) : ordered_json(label.substr(1));
+  Json json = heapItemInJson(field);
+  json["label"] = label.empty() ? Json(nullptr) : Json(label.substr(1));
   return json;
 }
 
 // A value of the header or of a record that nobody knows.
-ordered_json HeapLister::textValue(i32 index, u32 row, std::size_t depth) {
+Json HeapLister::textValue(i32 index, u32 row, std::size_t depth) {
   const auto text = property::formatHeapRow(heap_, index, row, property::HeapTextUse::edit);
   if (!text) return nullptr;
   const auto shown = property::formatHeapRow(heap_, index, row, property::HeapTextUse::display);
@@ -102,17 +101,17 @@ ordered_json HeapLister::textValue(i32 index, u32 row, std::size_t depth) {
   words_ += valueLine(depth, name, shown->text);
   return {{"name", name},
           {"value", text->text},
-          {"label", label.empty() ? ordered_json(nullptr) : ordered_json(label.substr(1))}};
+          {"label", label.empty() ? Json(nullptr) : Json(label.substr(1))}};
 }
 
-ordered_json HeapLister::values(i32 index, std::size_t depth) {
+Json HeapLister::values(i32 index, std::size_t depth) {
   const HeapRecord& record = heap_.record(index);
   const bool hasFields = property::expandableItems(record.row, record.tag) > 0;
-  ordered_json list = ordered_json::array();
+  Json list = Json::array();
   for (u32 row = 0; row < property::heapRowCount(heap_, index); ++row) {
     const HeapItem item = {record.row, row};
     if (!hasFields) {
-      ordered_json value = textValue(index, row, depth);
+      Json value = textValue(index, row, depth);
       if (!value.is_null()) list.push_back(std::move(value));
     } else if (!items_.empty() && items_.front().id == item.fieldId()) {
       list.push_back(fieldValue(item, depth));
@@ -121,14 +120,13 @@ ordered_json HeapLister::values(i32 index, std::size_t depth) {
   return list;
 }
 
-ordered_json HeapLister::record(i32 index, std::size_t depth) {
+Json HeapLister::record(i32 index, std::size_t depth) {
   const HeapRecord& record = heap_.record(index);
   const bool isHeader = index == property::heapHeaderRow;
   const bool isUnknown = record.row == property::heapUnknownRow;
   const std::string name = loadText(property::heapRecordName(record));
   const std::string tag = isHeader ? "" : tagText(record.tag);
-  ordered_json json = {{"name", name},
-                       {"tag", isHeader ? ordered_json(nullptr) : ordered_json(tag)}};
+  Json json = {{"name", name}, {"tag", isHeader ? Json(nullptr) : Json(tag)}};
   const std::string title = indented(depth, name + (isUnknown ? " " + tag : "")) + "\n";
   if (!isNamedByItsValue(record)) words_ += title;
   const std::size_t before = words_.size();
@@ -138,7 +136,7 @@ ordered_json HeapLister::record(i32 index, std::size_t depth) {
     json["bytes"] = heap_.value(index).size();
     return json;
   }
-  json["records"] = ordered_json::array();
+  json["records"] = Json::array();
   for (i32 child = record.firstChild; child >= 0; child = heap_.record(child).nextSibling) {
     json["records"].push_back(this->record(child, depth + 1));
   }

@@ -19,7 +19,6 @@ namespace {
 using host::i64;
 using host::u16;
 using host::u32;
-using nlohmann::ordered_json;
 
 // Field ids of the items of every record that the plug-in knows.
 constexpr u16 firstItem = 5009;
@@ -192,15 +191,14 @@ std::string heapItemText(const Property& item) {
   return rawText(item) + (words ? "   (" + *words + ")" : "");
 }
 
-ordered_json heapItemInJson(const Property& item) {
+Json heapItemInJson(const Property& item) {
   const HeapValue value = heapValueOf(item);
   const std::optional<std::string> words = readable(item);
   return {{"name", item.name},
           {"id", item.id},
           {"kind", kindName(item.valueKind)},
-          {"value", item.valueKind == host::kindText ? ordered_json(value.text)
-                                                     : ordered_json(value.number)},
-          {"readable", words ? ordered_json(*words) : ordered_json(nullptr)}};
+          {"value", item.valueKind == host::kindText ? Json(value.text) : Json(value.number)},
+          {"readable", words ? Json(*words) : Json(nullptr)}};
 }
 
 }  // namespace fiohost

@@ -1,9 +1,9 @@
 // The values of a camera-data heap (CIFF): each item is one field of the property record.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "fiohost/json_value.h"
 #include "fiohost/properties.h"
 
 namespace fiohost {
@@ -32,6 +32,6 @@ struct HeapValue {
 
 // The value as it is stored, and behind it in parentheses what it means where that differs.
 [[nodiscard]] std::string heapItemText(const Property& item);
-[[nodiscard]] nlohmann::ordered_json heapItemInJson(const Property& item);
+[[nodiscard]] Json heapItemInJson(const Property& item);
 
 }  // namespace fiohost

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "fiohost/streams/jpeg_stream.h"
+
 namespace fiohost {
 
 struct JpegSegment {
@@ -37,6 +39,7 @@ struct JpegLayout {
 };
 
 // A file that ends early, or is no JPEG, gives what was found until then.
+[[nodiscard]] JpegLayout layoutOf(ByteView bytes);
 [[nodiscard]] JpegLayout layoutOf(const std::filesystem::path& file);
 
 }  // namespace fiohost

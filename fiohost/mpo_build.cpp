@@ -9,6 +9,7 @@
 #include "fiohost/progress.h"
 #include "fiohost/row_reader.h"
 #include "fiohost/save_settings.h"
+#include "fiohost/whole_metadata.h"
 
 namespace fiohost {
 namespace {
@@ -218,7 +219,8 @@ Picture describePicture(const Session& session, const std::string& name) {
 void prepare(const Session& session, Picture& picture, const SaveSettings& settings,
              const std::filesystem::path& output) {
   FileData& fileData = picture.described.fileData;
-  session.plugin.loadProperties(fileData.handle());
+  takeWhole(session, picture.file, picture.described,
+            [&](Described& target) { session.plugin.loadProperties(target.fileData.handle()); });
   fileData.setSaveOptions({settings.quality, settings.mode, settings.sample, settings.jfif});
   fileData.setPreview({});
   fileData.setSourcePath(output);
@@ -307,6 +309,7 @@ host::u64 buildMpo(const Session& session, const std::vector<std::string>& pictu
     try {
       prepare(session, picture, settings, written);
       writeImage(session, build, position, picture, severalPasses);
+      requireExifSegment(picture.described.fileData);
     } catch (const Failure& failure) {
       rethrowNaming(picture.file.name(), failure);
     }

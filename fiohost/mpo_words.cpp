@@ -14,7 +14,6 @@ namespace {
 
 using host::MpoAttributes;
 using host::MpoRational;
-using nlohmann::ordered_json;
 
 using host::u32;
 
@@ -38,15 +37,15 @@ std::string fractionText(MpoRational ratio, bool isSigned) {
          text + ")";
 }
 
-ordered_json wordInJson(u32 word, bool isSigned) {
-  return isSigned ? ordered_json(static_cast<host::i32>(word)) : ordered_json(word);
+Json wordInJson(u32 word, bool isSigned) {
+  return isSigned ? Json(static_cast<host::i32>(word)) : Json(word);
 }
 
-ordered_json fractionInJson(MpoRational ratio, bool isSigned) {
+Json fractionInJson(MpoRational ratio, bool isSigned) {
   const std::optional<double> value = valueOf(ratio, isSigned);
   return {{"numerator", wordInJson(ratio.numerator, isSigned)},
           {"denominator", wordInJson(ratio.denominator, isSigned)},
-          {"value", value ? ordered_json(*value) : ordered_json(nullptr)}};
+          {"value", value ? Json(*value) : Json(nullptr)}};
 }
 
 std::string attributeLine(const std::string& name, const std::string& value) {
@@ -75,9 +74,9 @@ std::string attributesInWords(const host::MpoEntry& entry) {
   return text;
 }
 
-ordered_json attributesInJson(const host::MpoEntry& entry) {
+Json attributesInJson(const host::MpoEntry& entry) {
   const Attributes attributes(entry);
-  ordered_json object = ordered_json::object();
+  Json object = Json::object();
   for (const MpoAttribute& attribute : mpoAttributes()) {
     if (!isPresent(attribute, entry)) continue;
     if (attribute.number != nullptr) {
@@ -143,7 +142,7 @@ std::string imageInWords(const ListedImage& image) {
   return text + attributesInWords(entry);
 }
 
-ordered_json imageInJson(const ListedImage& image) {
+Json imageInJson(const ListedImage& image) {
   const host::MpoEntry& entry = image.entry;
   const bool numbered = entry.imageNumber >= 0;
   const std::optional<std::string> uniqueId = uniqueIdOf(entry);
@@ -158,9 +157,8 @@ ordered_json imageInJson(const ListedImage& image) {
           {"parent", entry.dependentParent != 0},
           {"child", entry.dependentChild != 0},
           {"dependents", dependentsOf(entry)},
-          {"individualNumber",
-           numbered ? ordered_json(host::i64{entry.imageNumber} + 1) : ordered_json(nullptr)},
-          {"uniqueId", uniqueId ? ordered_json(*uniqueId) : ordered_json(nullptr)},
+          {"individualNumber", numbered ? Json(host::i64{entry.imageNumber} + 1) : Json(nullptr)},
+          {"uniqueId", uniqueId ? Json(*uniqueId) : Json(nullptr)},
           {"attributes", attributesInJson(entry)}};
 }
 
@@ -175,8 +173,8 @@ std::string listInWords(const std::string& name, const MpoFile& file) {
   return text;
 }
 
-ordered_json listInJson(const std::string& name, const MpoFile& file) {
-  ordered_json images = ordered_json::array();
+Json listInJson(const std::string& name, const MpoFile& file) {
+  Json images = Json::array();
   for (const ListedImage& image : file.images) images.push_back(imageInJson(image));
   return {{"file", name},
           {"kind", mpoKindName(file.list.kind)},

@@ -1,9 +1,9 @@
 // A multi-picture file's image list for people and for programs.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "fiohost/json_value.h"
 #include "fiohost/mpo_list.h"
 
 namespace fiohost {
@@ -12,6 +12,6 @@ namespace fiohost {
 [[nodiscard]] std::string listInWords(const std::string& name, const MpoFile& file);
 
 // One object with the same keys for every file; an image's attributes are those that it has.
-[[nodiscard]] nlohmann::ordered_json listInJson(const std::string& name, const MpoFile& file);
+[[nodiscard]] Json listInJson(const std::string& name, const MpoFile& file);
 
 }  // namespace fiohost

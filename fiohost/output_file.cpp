@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "fiohost/failure.h"
+#include "fiohost/temporary_name.h"
 
 namespace fiohost {
 namespace {
@@ -15,9 +16,8 @@ std::filesystem::path behindLinks(const std::filesystem::path& target) {
   return error ? target : real;
 }
 
-std::filesystem::path temporaryName(const std::filesystem::path& target, unsigned attempt) {
-  return target.parent_path() / (".fiohost-" + std::to_string(platform::processNumber()) + "-" +
-                                 std::to_string(attempt) + ".tmp");
+std::filesystem::path temporaryName(const std::filesystem::path& target) {
+  return target.parent_path() / ("." + temporaryStem() + ".tmp");
 }
 
 }  // namespace
@@ -40,7 +40,7 @@ OutputFile::~OutputFile() { discard(); }
 void OutputFile::open() {
   constexpr unsigned mostAttempts = 100;
   for (unsigned attempt = 0; file_ == nullptr && attempt < mostAttempts; ++attempt) {
-    temporary_ = temporaryName(target_, attempt);
+    temporary_ = temporaryName(target_);
     file_ = platform::createNewFile(temporary_);
     if (file_ == nullptr && errno != EEXIST) break;
   }

@@ -5,8 +5,6 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 std::string sizeText(host::u32 width, host::u32 height) {
   return std::to_string(width) + " x " + std::to_string(height) + " pixels";
 }
@@ -68,28 +66,25 @@ std::string imagesInWords(const PictureInfo& info) {
 }
 
 template <typename T>
-ordered_json known(const std::optional<T>& fact) {
-  return fact ? ordered_json(*fact) : ordered_json(nullptr);
+Json known(const std::optional<T>& fact) {
+  return fact ? Json(*fact) : Json(nullptr);
 }
 
-ordered_json named(const char* name) {
-  return name != nullptr ? ordered_json(name) : ordered_json(nullptr);
-}
+Json named(const char* name) { return name != nullptr ? Json(name) : Json(nullptr); }
 
-ordered_json imagesInJson(const PictureInfo& info) {
-  ordered_json images = ordered_json::array();
+Json imagesInJson(const PictureInfo& info) {
+  Json images = Json::array();
   for (const MpoImage& image : info.images) {
-    images.push_back(
-        {{"width", image.width},
-         {"height", image.height},
-         {"bytes", image.byteCount != 0 ? ordered_json(image.byteCount) : ordered_json(nullptr)},
-         {"kind", image.kind},
-         {"representative", image.representative}});
+    images.push_back({{"width", image.width},
+                      {"height", image.height},
+                      {"bytes", image.byteCount != 0 ? Json(image.byteCount) : Json(nullptr)},
+                      {"kind", image.kind},
+                      {"representative", image.representative}});
   }
   return images;
 }
 
-ordered_json thumbnailInJson(const PictureInfo& info) {
+Json thumbnailInJson(const PictureInfo& info) {
   if (!info.thumbnail) return nullptr;
   return {{"width", info.thumbnail->width},
           {"height", info.thumbnail->height},
@@ -97,7 +92,7 @@ ordered_json thumbnailInJson(const PictureInfo& info) {
           {"bytes", info.thumbnail->byteCount}};
 }
 
-ordered_json resolutionInJson(const PictureInfo& info) {
+Json resolutionInJson(const PictureInfo& info) {
   return {{"horizontal", info.horizontalResolution},
           {"vertical", info.verticalResolution},
           {"unit", info.densityUnit ? named(densityUnitName(*info.densityUnit)) : nullptr}};
@@ -133,24 +128,23 @@ std::string describeInWords(const PictureInfo& info) {
   return text;
 }
 
-ordered_json describeInJson(const PictureInfo& info) {
-  ordered_json object = {
-      {"file", info.file},
-      {"format", familyName(info.family)},
-      {"fileSize", info.byteCount},
-      {"width", info.width},
-      {"height", info.height},
-      {"megapixels", megapixels(info)},
-      {"bitsPerPixel", info.bitsPerPixel},
-      {"components", info.components},
-      {"colour", named(colourName(info.components))},
-      {"resolution", resolutionInJson(info)},
-      {"encoding", info.progressive ? ordered_json(encodingText(info)) : ordered_json(nullptr)},
-      {"sampling", info.sampling ? named(samplingName(*info.sampling)) : ordered_json(nullptr)},
-      {"jfif", known(info.jfif)},
-      {"adobe", known(info.adobe)},
-      {"thumbnail", thumbnailInJson(info)},
-      {"note", info.note.empty() ? ordered_json(nullptr) : ordered_json(info.note)}};
+Json describeInJson(const PictureInfo& info) {
+  Json object = {{"file", info.file},
+                 {"format", familyName(info.family)},
+                 {"fileSize", info.byteCount},
+                 {"width", info.width},
+                 {"height", info.height},
+                 {"megapixels", megapixels(info)},
+                 {"bitsPerPixel", info.bitsPerPixel},
+                 {"components", info.components},
+                 {"colour", named(colourName(info.components))},
+                 {"resolution", resolutionInJson(info)},
+                 {"encoding", info.progressive ? Json(encodingText(info)) : Json(nullptr)},
+                 {"sampling", info.sampling ? named(samplingName(*info.sampling)) : Json(nullptr)},
+                 {"jfif", known(info.jfif)},
+                 {"adobe", known(info.adobe)},
+                 {"thumbnail", thumbnailInJson(info)},
+                 {"note", info.note.empty() ? Json(nullptr) : Json(info.note)}};
   if (info.family == Family::mpo) {
     object["kind"] = info.mpoKind;
     object["images"] = imagesInJson(info);

@@ -1,9 +1,9 @@
 // A picture's description for people and for programs.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "fiohost/json_value.h"
 #include "fiohost/picture_info.h"
 
 namespace fiohost {
@@ -12,7 +12,7 @@ namespace fiohost {
 [[nodiscard]] std::string describeInWords(const PictureInfo& info);
 
 // One object; its keys are always the same for a family, null where a fact is not known.
-[[nodiscard]] nlohmann::ordered_json describeInJson(const PictureInfo& info);
+[[nodiscard]] Json describeInJson(const PictureInfo& info);
 
 // One indented line "name   value".
 [[nodiscard]] std::string factLine(const std::string& name, const std::string& value);

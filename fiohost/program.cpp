@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <exception>
 #include <iostream>
 #include <new>
 
@@ -63,14 +65,33 @@ int parseAndRun(std::vector<std::string> arguments) {
   return runChosen(commands);
 }
 
+void tellOfNoMemory() noexcept {
+  std::fputs("there is no memory left; close other programs\n", stderr);
+}
+
+// A JSON value takes memory even to be destroyed, and a destructor cannot fail. Everything that was
+// to be written is whole by then, so the program ends as after any other failure.
+[[noreturn]] void endWithoutMemory() noexcept {
+  try {
+    if (std::exception_ptr current = std::current_exception()) std::rethrow_exception(current);
+  } catch (const std::bad_alloc&) {
+    tellOfNoMemory();
+    std::_Exit(exitSomeFailed);
+  } catch (...) {
+    std::abort();
+  }
+  std::abort();
+}
+
 }  // namespace
 
 int runProgram(std::vector<std::string> arguments) {
+  std::set_terminate(&endWithoutMemory);
   try {
     const view::Start start = {platform::showsWindows, platform::hasConsoleToItself()};
     return parseAndRun(view::withImpliedCommand(std::move(arguments), start));
   } catch (const std::bad_alloc&) {  // even telling of a failure takes memory
-    std::fputs("there is no memory left; close other programs\n", stderr);
+    tellOfNoMemory();
     return exitSomeFailed;
   }
 }

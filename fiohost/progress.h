@@ -17,6 +17,16 @@ class Progress {
 
   void update(host::u32 done, host::u32 total);
 
+  // As long as one lives nothing is shown: several percentages at a time would overwrite each
+  // other.
+  class Silence {
+   public:
+    Silence() noexcept;
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+    ~Silence();
+  };
+
  private:
   using Clock = std::chrono::steady_clock;
 

@@ -12,7 +12,6 @@ namespace {
 using host::i32;
 using host::u32;
 using host::u64;
-using nlohmann::ordered_json;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t mostBytesShown = 16;
@@ -189,15 +188,15 @@ std::string originText(const Property& property) {
   return directory + " tag " + hexTag(*property.tag) + (type.empty() ? "" : ", " + type);
 }
 
-ordered_json propertyInJson(const Property& property, bool exact) {
-  ordered_json json = {{"group", groupName(property.group)},
-                       {"id", property.id},
-                       {"name", property.name},
-                       {"tag", property.tag ? ordered_json(*property.tag) : ordered_json(nullptr)},
-                       {"type", typeOf(property).name},
-                       {"kind", kindName(property)},
-                       {"from", originText(property)},
-                       {"value", valueText(property, exact)}};
+Json propertyInJson(const Property& property, bool exact) {
+  Json json = {{"group", groupName(property.group)},
+               {"id", property.id},
+               {"name", property.name},
+               {"tag", property.tag ? Json(*property.tag) : Json(nullptr)},
+               {"type", typeOf(property).name},
+               {"kind", kindName(property)},
+               {"from", originText(property)},
+               {"value", valueText(property, exact)}};
   if (exact && !isSummary(property)) json["bytes"] = hexText(property.value);
   return json;
 }

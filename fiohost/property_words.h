@@ -1,9 +1,9 @@
 // A property field for people and for programs.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "fiohost/json_value.h"
 #include "fiohost/properties.h"
 
 namespace fiohost {
@@ -15,6 +15,6 @@ namespace fiohost {
 // Where the field comes from: "EXIF tag 0x829A, RATIONAL", "IPTC dataset 2:105", "APP1".
 [[nodiscard]] std::string originText(const Property& property);
 
-[[nodiscard]] nlohmann::ordered_json propertyInJson(const Property& property, bool exact);
+[[nodiscard]] Json propertyInJson(const Property& property, bool exact);
 
 }  // namespace fiohost

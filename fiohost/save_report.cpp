@@ -110,15 +110,14 @@ std::string outcomesInWords(const std::vector<SegmentOutcome>& outcomes) {
   return words;
 }
 
-nlohmann::ordered_json outcomesInJson(const std::vector<SegmentOutcome>& outcomes) {
-  nlohmann::ordered_json all = nlohmann::ordered_json::array();
+Json outcomesInJson(const std::vector<SegmentOutcome>& outcomes) {
+  Json all = Json::array();
   for (const SegmentOutcome& outcome : outcomes) {
     const bool explained = !outcome.reason.empty();
     all.push_back({{"segment", outcome.name},
                    {"bytes", outcome.byteCount},
                    {"result", fateName(outcome.fate)},
-                   {"reason", explained ? nlohmann::ordered_json(outcome.reason)
-                                        : nlohmann::ordered_json(nullptr)}});
+                   {"reason", explained ? Json(outcome.reason) : Json(nullptr)}});
   }
   return all;
 }

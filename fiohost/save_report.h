@@ -1,11 +1,11 @@
 // What became of a file's segments when it was saved anew.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "fiohost/jpeg_segments.h"
+#include "fiohost/json_value.h"
 
 namespace fiohost {
 
@@ -37,6 +37,6 @@ struct SaveIntent {
                                                          const SaveIntent& intent);
 
 [[nodiscard]] std::string outcomesInWords(const std::vector<SegmentOutcome>& outcomes);
-[[nodiscard]] nlohmann::ordered_json outcomesInJson(const std::vector<SegmentOutcome>& outcomes);
+[[nodiscard]] Json outcomesInJson(const std::vector<SegmentOutcome>& outcomes);
 
 }  // namespace fiohost

@@ -17,7 +17,6 @@
 namespace fiohost {
 namespace {
 
-using exif::TiffType;
 using host::i64;
 using host::u16;
 using host::u64;

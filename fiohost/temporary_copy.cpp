@@ -1,6 +1,7 @@
 #include "fiohost/temporary_copy.h"
 
 #include "fiohost/failure.h"
+#include "fiohost/temporary_name.h"
 #include "platform/console/console.h"
 
 namespace fiohost {
@@ -10,8 +11,7 @@ TemporaryCopy::TemporaryCopy(const std::filesystem::path& source, const std::str
   const std::filesystem::path folder = std::filesystem::temp_directory_path();
   std::error_code error = std::make_error_code(std::errc::file_exists);
   for (unsigned attempt = 0; error == std::errc::file_exists && attempt < mostAttempts; ++attempt) {
-    path_ = folder / ("fiohost-" + std::to_string(platform::processNumber()) + "-" +
-                      std::to_string(attempt) + extension);
+    path_ = folder / (temporaryStem() + extension);
     std::filesystem::copy_file(source, path_, error);
   }
   if (!error) return;

@@ -1,5 +1,7 @@
 #include "frame/save_options.h"
 
+#include <mutex>
+
 #include "host/k32comm.h"
 
 namespace frame {
@@ -9,6 +11,8 @@ constexpr char section[] = "KF_IJPG";
 constexpr int settingsPathCapacity = 260;
 constexpr host::u32 modeChoices = 2;
 
+// Several pictures may be saved at once, and each write loads the options anew.
+std::mutex currentMutex;
 SaveOptions current = defaultSaveOptions;
 
 struct Setting {
@@ -31,7 +35,15 @@ struct SettingsPath {
 
 }  // namespace
 
-SaveOptions& saveOptions() noexcept { return current; }
+SaveOptions saveOptions() noexcept {
+  const std::lock_guard guard(currentMutex);
+  return current;
+}
+
+void setSaveOptions(const SaveOptions& options) noexcept {
+  const std::lock_guard guard(currentMutex);
+  current = options;
+}
 
 void loadSaveOptions() noexcept {
   const SettingsPath path;
@@ -46,15 +58,16 @@ void loadSaveOptions() noexcept {
   // a quality above 100 on the image's own copy.
   if (loaded.mode >= modeChoices) loaded.mode = defaultSaveOptions.mode;
   loaded.sample = servedSample(loaded.sample);
-  current = loaded;
+  setSaveOptions(loaded);
 }
 
 void storeSaveOptions() noexcept {
   const SettingsPath path;
   if (!path.known()) return;
+  const SaveOptions stored = saveOptions();
   for (const Setting& setting : settings) {
     char text[16];
-    wsprintfA(text, "%d", static_cast<int>(current.*setting.value));
+    wsprintfA(text, "%d", static_cast<int>(stored.*setting.value));
     WritePrivateProfileStringA(section, setting.key, text, path.text);
   }
 }

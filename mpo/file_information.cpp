@@ -98,11 +98,13 @@ void writeRecord(FileDataRecord& record, const host::ImageHeader& image) noexcep
   record.componentCode = image.components == 4 ? -2 : -1;
 }
 
-// An index that points past the end of the file is not believed: the first image stands alone.
+// An index that points past the end of the file is not believed: the first image stands alone. A
+// file that does not tell its size is not shorter for that.
 void keepFirstUnlessAllInside(const MpoIndex& index, HANDLE file) noexcept {
-  const u64 fileSize = platform::fileSizeOf(file).value_or(0);
+  const std::optional<u64> fileSize = platform::fileSizeOf(file);
+  if (!fileSize) return;
   for (u32 image = 1; image < index.list.imageCount; ++image) {
-    if (index.entries[image].fileOffset < fileSize) continue;
+    if (index.entries[image].fileOffset < *fileSize) continue;
     index.list.imageCount = 1;
     index.list.totalFrames = 1;
   }

@@ -16,8 +16,11 @@ native_packages=(cmake ninja-build g++ clang make pkg-config python3 ccache libj
   libcli11-dev nlohmann-json3-dev googletest)
 windows_packages=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev nasm dpkg-dev
   wine wine64)
+package_packages=(nsis dpkg-dev)
 test_packages=(clang-format exif imagemagick libjpeg-turbo-progs libimage-exiftool-perl python3-pil xvfb
   fonts-wine)
+# What the benchmark measures beside, and what it measures with.
+bench_packages=(libbenchmark-dev libexiv2-dev libexif-dev exiv2 libimage-exiftool-perl python3-pil)
 
 # missing_packages PACKAGE...: those that are not installed.
 missing_packages() {

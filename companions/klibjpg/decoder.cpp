@@ -66,13 +66,20 @@ u64 blocksOf(const jpeg_decompress_struct& info) {
 }  // namespace
 
 Decoder::Decoder(InputSource& source, Receiver& receiver) noexcept
-    : source_(source), receiver_(receiver) {
+    : source_(source),
+      receiver_(receiver),
+      stepsOver_(source.canRestart() ? StepsOver::allowed : StepsOver::none) {
   info_.err = trap_.manager();
 }
 
 Decoder::~Decoder() { jpeg_destroy_decompress(&info_); }
 
 int Decoder::run() {
+  const int result = decode();
+  return result == host::codecGoOn && source_.failed() ? codecFailed : result;
+}
+
+int Decoder::decode() {
   if (!trap_.run<&Decoder::readHeader>(*this)) return codecFailed;
   if (answer_ != host::codecGoOn) return answer_;
   if (!trap_.run<&Decoder::announce>(*this)) return codecFailed;
@@ -109,10 +116,11 @@ boolean Decoder::onSegment() {
     return TRUE;
   }
   const u64 offset = source_.position();
-  const u8* const payload = source_.take(payloadLength, segmentBuffer());
+  u8* const room = source_.holds(payloadLength) ? nullptr : segmentBuffer();
+  const u8* const payload = source_.take(payloadLength, room);
   if (payload == nullptr) return TRUE;
   noteColours(payload, payloadLength);
-  if (offset > UINT32_MAX) return TRUE;
+  if (announced_ || offset > UINT32_MAX) return TRUE;
 
   host::SegmentRecord segment = {};
   segment.kind = 1;
@@ -141,6 +149,7 @@ void Decoder::noteColours(const u8* payload, std::size_t length) {
 
 void Decoder::announce() {
   setOutputColours();
+  announced_ = true;
   jpeg_calc_output_dimensions(&info_);
   host::ImageHeaderWithExtra header = {};
   answer_ = announceSize(header);
@@ -183,25 +192,73 @@ void Decoder::chooseScale(u32 wantedWidth, u32 wantedHeight) {
   jpeg_calc_output_dimensions(&info_);
 }
 
-void Decoder::setScanBudget() {
-  budget_.scans = freeScans + extraBlocks / std::max<u64>(blocksOf(info_), 1);
-  budget_.progress_monitor = [](j_common_ptr info) {
-    const auto* decompress = reinterpret_cast<j_decompress_ptr>(info);
-    const u64 begun = static_cast<u64>(decompress->input_scan_number);
-    if (begun > static_cast<const ScanBudget*>(info->progress)->scans) ErrorTrap::raise(info);
+void Decoder::watchScans() {
+  watch_.decoder = this;
+  watch_.seen = 0;
+  watch_.budget = freeScans + extraBlocks / std::max<u64>(blocksOf(info_), 1);
+  watch_.progress_monitor = [](j_common_ptr info) {
+    static_cast<ScanWatch*>(info->progress)->decoder->onProgress();
   };
-  info_.progress = &budget_;
+  info_.progress = &watch_;
+}
+
+// Holds the number of scans against the budget, and steps over the data of a scan that adds
+// nothing: without data libjpeg leaves the coefficients as they are.
+void Decoder::onProgress() {
+  if (info_.input_scan_number == watch_.seen) return;
+  watch_.seen = info_.input_scan_number;
+  if (static_cast<u64>(watch_.seen) > watch_.budget) {
+    ErrorTrap::raise(reinterpret_cast<j_common_ptr>(&info_));
+  }
+  if (isScanNeeded()) return;
+  source_.skipScan();
+  stepsOver_ = StepsOver::some;
+}
+
+bool Decoder::knowsAllCoefficients() const {
+  for (int component = 0; component < info_.num_components; ++component) {
+    const int* const bits = info_.coef_bits[component];
+    if (std::any_of(bits, bits + DCTSIZE2, [](int unknown) { return unknown != 0; })) return false;
+  }
+  return true;
+}
+
+// A block that comes down to one sample is its first coefficient alone. In a progressive picture
+// the others have scans of their own, each of one component (T.81 G.1.1.1.1).
+bool Decoder::isScanNeeded() const {
+  return stepsOver_ == StepsOver::none || info_.progressive_mode == FALSE || info_.Ss == 0 ||
+         info_.cur_comp_info[0]->DCT_scaled_size > 1;
 }
 
 // A picture of several scans is read to its end here. When one of them is broken, or one too many,
 // the stream ends in front of it and the picture is made from the scans so far.
 bool Decoder::prepareRows() {
-  setScanBudget();
-  if (trap_.run<&Decoder::startPicture>(*this)) return true;
+  watchScans();
+  const bool started = trap_.run<&Decoder::startPicture>(*this);
+  // libjpeg smooths a picture whose last scans are missing, and how depends on all that are there.
+  if (started && (stepsOver_ != StepsOver::some || knowsAllCoefficients())) return true;
+  if (!started && trap_.outOfMemory()) return false;
+  if (stepsOver_ == StepsOver::some) return trap_.run<&Decoder::startAnew>(*this) && prepareRows();
   info_.progress = nullptr;
   info_.unread_marker = 0;
   source_.end();
   return trap_.run<&Decoder::startPicture>(*this);
+}
+
+// Reads the header once more, for nobody but libjpeg, to take every scan then.
+void Decoder::startAnew() {
+  stepsOver_ = StepsOver::none;
+  const unsigned scale = info_.scale_num;
+  const unsigned denominator = info_.scale_denom;
+  jpeg_abort_decompress(&info_);
+  info_.progress = nullptr;
+  source_.restart();
+  inHeader_ = true;
+  jpeg_read_header(&info_, TRUE);
+  inHeader_ = false;
+  setOutputColours();
+  info_.scale_num = scale;
+  info_.scale_denom = denominator;
 }
 
 void Decoder::startPicture() { jpeg_start_decompress(&info_); }

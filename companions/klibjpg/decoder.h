@@ -13,7 +13,8 @@ namespace klibjpg {
 // the whole picture apiece.
 //
 // What is damaged is delivered as far as it can be decoded; samples that the stream does not hold
-// are 128 in every channel before ink is turned. Results: codecGoOn, the answer that stopped, or
+// are 128 in every channel before ink is turned. A stream that cannot be read on, or a lack of
+// memory, is no damage: the call fails. Results: codecGoOn, the answer that stopped, or
 // codecFailed.
 class Decoder {
  public:
@@ -25,20 +26,31 @@ class Decoder {
   [[nodiscard]] int run();
 
  private:
-  // libjpeg reports its progress here: the number of scans is held against a budget.
-  struct ScanBudget : jpeg_progress_mgr {
-    host::u64 scans = 0;
+  // libjpeg reports its progress here, before each of its steps through a picture of several scans.
+  struct ScanWatch : jpeg_progress_mgr {
+    Decoder* decoder = nullptr;
+    host::u64 budget = 0;  // scans that are read
+    int seen = 0;          // number of the last scan that was looked at
   };
+
+  [[nodiscard]] int decode();
+
+  // Scans that add nothing to a small preview: none may be stepped over, they may, some were.
+  enum class StepsOver { none, allowed, some };
 
   // Steps of the trap.
   void readHeader();
   void announce();
   void startPicture();
+  void startAnew();
   void deliverRows();
 
   bool prepareRows();
   void setOutputColours();
-  void setScanBudget();
+  void watchScans();
+  void onProgress();
+  [[nodiscard]] bool isScanNeeded() const;
+  [[nodiscard]] bool knowsAllCoefficients() const;
   void chooseScale(host::u32 wantedWidth, host::u32 wantedHeight);
   [[nodiscard]] host::i32 announceSize(host::ImageHeaderWithExtra& header);
   boolean onSegment();
@@ -48,10 +60,12 @@ class Decoder {
   InputSource& source_;
   Receiver& receiver_;
   ErrorTrap trap_;
-  ScanBudget budget_ = {};
+  ScanWatch watch_ = {};
   jpeg_decompress_struct info_ = {};
   host::u8* segmentBuffer_ = nullptr;  // of libjpeg's pool
   bool inHeader_ = true;
+  bool announced_ = false;  // the header is known; no segment is raised any more
+  StepsOver stepsOver_;
   host::i32 answer_ = host::codecGoOn;
 };
 

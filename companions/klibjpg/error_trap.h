@@ -23,6 +23,9 @@ class ErrorTrap : private jpeg_error_mgr {
     return run([](void* state) { (static_cast<Object*>(state)->*step)(); }, &object);
   }
 
+  // Of a step that was abandoned: whether there was no memory. The stream is none the worse for it.
+  [[nodiscard]] bool outOfMemory() const noexcept { return msg_code == JERR_OUT_OF_MEMORY; }
+
   // Abandons the step that is running on info. Only from inside a step.
   [[noreturn]] static void raise(j_common_ptr info);
 

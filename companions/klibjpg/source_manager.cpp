@@ -8,7 +8,13 @@ namespace klibjpg {
 namespace {
 
 using host::u8;
-constexpr u8 endOfImage[] = {0xFF, JPEG_EOI};
+constexpr u8 prefix = 0xFF;
+constexpr u8 endOfImage[] = {prefix, JPEG_EOI};
+
+// Behind a prefix: neither a stuffed zero (T.81 F.1.2.3), a fill byte nor a restart marker.
+bool endsScan(u8 code) {
+  return code != 0 && code != prefix && (code < JPEG_RST0 || code > JPEG_RST0 + 7);
+}
 
 }  // namespace
 
@@ -26,21 +32,26 @@ InputSource::InputSource() noexcept : jpeg_source_mgr{} {
 }
 
 bool InputSource::refill() {
-  const std::span<const u8> next = ended_ ? std::span<const u8>() : nextBuffer();
+  std::span<const u8> next = std::exchange(behind_, {});
+  if (next.empty() && !ended_) next = nextBuffer();
   if (next.empty()) {
     end();
     return false;
   }
   delivered_ += next.size();
-  next_input_byte = next.data();
-  bytes_in_buffer = next.size();
+  use(next);
   return true;
+}
+
+void InputSource::use(std::span<const u8> bytes) noexcept {
+  next_input_byte = bytes.data();
+  bytes_in_buffer = bytes.size();
 }
 
 void InputSource::end() noexcept {
   ended_ = true;
-  next_input_byte = endOfImage;
-  bytes_in_buffer = sizeof(endOfImage);
+  behind_ = {};
+  use(endOfImage);
 }
 
 const u8* InputSource::take(std::size_t count, u8* spare) {
@@ -72,9 +83,43 @@ void InputSource::skip(std::size_t count) {
   bytes_in_buffer -= count;
 }
 
-std::span<const u8> MemorySource::nextBuffer() {
-  return std::exchange(bytes_, std::span<const u8>());
+void InputSource::skipScan() {
+  while (!ended_) {
+    const void* found =
+        bytes_in_buffer != 0 ? std::memchr(next_input_byte, prefix, bytes_in_buffer) : nullptr;
+    if (found == nullptr) {
+      refill();
+      continue;
+    }
+    skip(static_cast<std::size_t>(static_cast<const u8*>(found) - next_input_byte));
+    if (isAtMarker()) return;
+    skip(1);
+  }
 }
+
+void InputSource::restart() {
+  ended_ = false;
+  behind_ = {};
+  delivered_ = 0;
+  bytes_in_buffer = 0;
+  moveToStart();
+}
+
+// The next byte is a marker's prefix. When its code lies in the buffer behind, the prefix is handed
+// out as a buffer of its own.
+bool InputSource::isAtMarker() {
+  if (bytes_in_buffer > 1) return endsScan(next_input_byte[1]);
+  if (behind_.empty()) behind_ = nextBuffer();
+  if (behind_.empty() || !endsScan(behind_[0])) return false;
+  use({endOfImage, 1});
+  return true;
+}
+
+std::span<const u8> MemorySource::nextBuffer() {
+  return std::exchange(rest_, std::span<const u8>());
+}
+
+void MemorySource::moveToStart() { rest_ = bytes_; }
 
 FileSource::FileSource(const char* path)
     : file_(path == nullptr ? INVALID_HANDLE_VALUE
@@ -93,9 +138,15 @@ FileSource::~FileSource() {
 std::span<const u8> FileSource::nextBuffer() {
   if (file_ == INVALID_HANDLE_VALUE) return {};
   DWORD count = 0;
-  if (!ReadFile(file_, buffer_.get(), bufferSize, &count, nullptr)) return {};
+  if (!ReadFile(file_, buffer_.get(), piece_, &count, nullptr)) {
+    noteFailure();
+    return {};
+  }
+  piece_ = std::min(piece_ * 2, bufferSize);
   return {buffer_.get(), count};
 }
+
+void FileSource::moveToStart() { SetFilePointerEx(file_, LARGE_INTEGER{}, nullptr, FILE_BEGIN); }
 
 std::span<const u8> DescriptorSource::nextBuffer() {
   if (last_) return {};

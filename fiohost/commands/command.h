@@ -45,12 +45,19 @@ std::unique_ptr<Command> makeFormatsCommand();
 std::unique_ptr<Command> makeHeapCommand();
 std::unique_ptr<Command> makeInfoCommand();
 std::unique_ptr<Command> makeMpoCommand();
-std::unique_ptr<Command> makeMpoBuildCommand();  // a part of the one before
+std::unique_ptr<Command> makeMpoBuildCommand();  // a part of the one before, as the next ones
+std::unique_ptr<Command> makeMpoInsertCommand();
+std::unique_ptr<Command> makeMpoRemoveCommand();
+std::unique_ptr<Command> makeMpoReorderCommand();
+std::unique_ptr<Command> makeMpoRepairCommand();
+std::unique_ptr<Command> makeMpoSwapCommand();
+std::unique_ptr<Command> makeMpoVerifyCommand();
 std::unique_ptr<Command> makePropertiesCommand();
 std::unique_ptr<Command> makeReadCommand();
 std::unique_ptr<Command> makeSetCommand();
 std::unique_ptr<Command> makeSettingsCommand();
 std::unique_ptr<Command> makeShowCommand();
+std::unique_ptr<Command> makeStripCommand();
 std::unique_ptr<Command> makeViewCommand();
 
 }  // namespace fiohost

@@ -1,6 +1,7 @@
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
 #include "fiohost/convert_picture.h"
+#include "fiohost/jobs/jobs_option.h"
 #include "fiohost/picture_words.h"
 #include "platform/console/console.h"
 
@@ -27,6 +28,7 @@ class ConvertCommand : public Command {
                        "ask in the save-options dialog before saving (Windows)");
     arguments.add_flag("--force", options_.replace, "replace an existing output");
     arguments.add_flag("--json", json_, "print JSON");
+    jobs_.declare(arguments);
   }
 
   ExitCode run(const Session& session) override {
@@ -36,7 +38,7 @@ class ConvertCommand : public Command {
     }
     if (options_.askUser && !hasWindowsFor(session, "--options")) return exitUsage;
     takeOptions();
-    return serveFiles(files_, json_, [&](const std::string& name) {
+    return serveFiles(files_, {json_, jobs(folder)}, [&](const std::string& name) {
       return serve(session, name, folder ? nameIn(name) : output_);
     });
   }
@@ -49,12 +51,18 @@ class ConvertCommand : public Command {
     if (noJfif_) options_.jfif = 0;
   }
 
+  [[nodiscard]] unsigned jobs(bool folder) const {
+    if (!folder || options_.askUser) return 1;  // one dialog at a time
+    return jobs_.countFor(files_, [this](const std::string& name) { return nameIn(name); });
+  }
+
   [[nodiscard]] std::string nameIn(const std::string& input) const {
     const std::filesystem::path name = platform::systemPath(input).filename();
     return platform::displayPath(platform::systemPath(output_) / name.stem()) + ".jpg";
   }
 
-  FileResult serve(const Session& session, const std::string& name, const std::string& output) {
+  [[nodiscard]] FileResult serve(const Session& session, const std::string& name,
+                                 const std::string& output) const {
     const SourceFile file(name);
     return savedResult(name, convertPicture(session, file, output, options_));
   }
@@ -67,6 +75,7 @@ class ConvertCommand : public Command {
   bool noJfif_ = false;
   bool json_ = false;
   ConvertOptions options_;
+  Jobs jobs_;
 };
 
 }  // namespace

@@ -8,8 +8,6 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 std::string hexadecimal(unsigned value, int digits) {
   char text[16];
   std::snprintf(text, sizeof text, "%0*X", digits, value);
@@ -44,7 +42,7 @@ std::string inWords(Family family, const host::FormatInfoRecord& record) {
   return text;
 }
 
-ordered_json inJson(Family family, const host::FormatInfoRecord& record) {
+Json inJson(Family family, const host::FormatInfoRecord& record) {
   return {{"format", familyName(family)},
           {"name", fieldText(record.displayName)},
           {"extension", fieldText(record.extension)},
@@ -62,7 +60,7 @@ class FormatsCommand : public Command {
   ExitCode run(const Session& session) override {
     std::string words =
         "The plug-in serves " + std::to_string(session.plugin.formatCount()) + " formats.\n";
-    ordered_json all = ordered_json::array();
+    Json all = Json::array();
     for (const Family family : {Family::jpeg, Family::mpo}) {
       const auto record = session.plugin.formatInfo(family);
       if (!record) {

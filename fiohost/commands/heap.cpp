@@ -9,8 +9,6 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 class HeapCommand : public Command {
  public:
   void declare(CLI::App& arguments) override {
@@ -28,7 +26,7 @@ class HeapCommand : public Command {
   }
 
   ExitCode run(const Session& session) override {
-    return serveFiles({file_}, json_, [&](const std::string& name) {
+    return serveFiles({file_}, {json_}, [&](const std::string& name) {
       return changes_.empty() ? list(session, name) : save(session, name);
     });
   }

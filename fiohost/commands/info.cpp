@@ -1,5 +1,6 @@
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
+#include "fiohost/jobs/jobs_option.h"
 #include "fiohost/picture_words.h"
 
 namespace fiohost {
@@ -10,10 +11,11 @@ class InfoCommand : public Command {
   void declare(CLI::App& arguments) override {
     arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
+    jobs_.declare(arguments);
   }
 
   ExitCode run(const Session& session) override {
-    return serveFiles(files_, json_, [&session](const std::string& name) {
+    return serveFiles(files_, {json_, jobs_.count()}, [&session](const std::string& name) {
       const SourceFile file(name);
       const PictureInfo info = gatherInfo(session, file, describeFile(session, file));
       return FileResult{describeInWords(info), describeInJson(info)};
@@ -23,6 +25,7 @@ class InfoCommand : public Command {
  private:
   std::vector<std::string> files_;
   bool json_ = false;
+  Jobs jobs_;
 };
 
 }  // namespace

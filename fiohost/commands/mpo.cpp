@@ -4,6 +4,7 @@
 
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
+#include "fiohost/jobs/jobs_option.h"
 #include "fiohost/mpo_extract.h"
 #include "fiohost/mpo_words.h"
 #include "fiohost/numbers.h"
@@ -11,17 +12,16 @@
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
 class MpoInfoCommand : public Command {
  public:
   void declare(CLI::App& arguments) override {
     arguments.add_option("FILE", files_, "MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
+    jobs_.declare(arguments);
   }
 
   ExitCode run(const Session& session) override {
-    return serveFiles(files_, json_, [&session](const std::string& name) {
+    return serveFiles(files_, {json_, jobs_.count()}, [&session](const std::string& name) {
       const MpoFile mpo = describeMpo(session, SourceFile(name));
       return FileResult{listInWords(name, mpo), listInJson(name, mpo)};
     });
@@ -30,24 +30,13 @@ class MpoInfoCommand : public Command {
  private:
   std::vector<std::string> files_;
   bool json_ = false;
+  Jobs jobs_;
 };
 
-// "all" (an empty set) or numbers from 1 with commas between them.
-std::optional<std::set<host::u32>> parseNumbers(const std::string& text) {
-  std::set<host::u32> numbers;
-  if (text == "all") return numbers;
-  for (std::size_t start = 0; start <= text.size();) {
-    const std::size_t comma = std::min(text.find(',', start), text.size());
-    const auto number = parseInteger(std::string_view(text).substr(start, comma - start));
-    if (!number || *number < 1 || *number > 0xFFFFFFFF) return std::nullopt;
-    numbers.insert(static_cast<host::u32>(*number));
-    start = comma + 1;
-  }
-  return numbers;
-}
-
 std::string checkNumbers(const std::string& text) {
-  return parseNumbers(text) ? "" : "--images takes \"all\" or numbers such as 1,3, not " + text;
+  return text == "all" || parseNumbers(text)
+             ? ""
+             : "--images takes \"all\" or numbers such as 1,3, not " + text;
 }
 
 class MpoExtractCommand : public Command {
@@ -68,7 +57,7 @@ class MpoExtractCommand : public Command {
     if (!std::filesystem::is_directory(platform::systemPath(folder_))) {
       throw Failure(folder_ + " is no folder and cannot become one", "name another");
     }
-    return serveFiles({file_}, json_,
+    return serveFiles({file_}, {json_},
                       [&](const std::string& name) { return serve(session, name); });
   }
 
@@ -76,7 +65,7 @@ class MpoExtractCommand : public Command {
   FileResult serve(const Session& session, const std::string& name) const {
     const SourceFile file(name);
     MpoFile mpo = describeMpo(session, file);
-    FileResult result = {"", {{"file", name}, {"images", ordered_json::array()}}};
+    FileResult result = {"", {{"file", name}, {"images", Json::array()}}};
     std::optional<Failure> first;
     for (const ListedImage& image : chosen(mpo)) {
       try {
@@ -92,8 +81,9 @@ class MpoExtractCommand : public Command {
 
   // The images that were asked for; each must be there.
   [[nodiscard]] std::vector<ListedImage> chosen(const MpoFile& mpo) const {
-    const std::set<host::u32> numbers = *parseNumbers(images_);
-    if (numbers.empty()) return mpo.images;
+    if (images_ == "all") return mpo.images;
+    const std::vector<host::u32> given = *parseNumbers(images_);
+    const std::set<host::u32> numbers(given.begin(), given.end());
     std::vector<ListedImage> images;
     for (const host::u32 number : numbers) {
       if (number > mpo.images.size()) {
@@ -144,6 +134,12 @@ class MpoCommand : public Command {
     add(arguments, "extract", "write a file's images to files of their own",
         std::make_unique<MpoExtractCommand>());
     add(arguments, "build", "make a multi-picture file of JPEG files", makeMpoBuildCommand());
+    add(arguments, "reorder", "change the order of a file's images", makeMpoReorderCommand());
+    add(arguments, "swap", "let two images change places", makeMpoSwapCommand());
+    add(arguments, "remove", "leave images out", makeMpoRemoveCommand());
+    add(arguments, "insert", "add JPEG files as images", makeMpoInsertCommand());
+    add(arguments, "verify", "compare a file's index with its images", makeMpoVerifyCommand());
+    add(arguments, "repair", "write a right index", makeMpoRepairCommand());
   }
 
   ExitCode run(const Session& session) override {

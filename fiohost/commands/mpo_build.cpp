@@ -65,7 +65,7 @@ class MpoBuildCommand : public Command {
 
   ExitCode run(const Session& session) override {
     takeOptions();
-    return serveFiles({output_}, json_, [&](const std::string& name) {
+    return serveFiles({output_}, {json_}, [&](const std::string& name) {
       const host::u64 size = buildMpo(session, pictures_, name, options_);
       return FileResult{
           std::to_string(pictures_.size()) + " images -> " + name + ", " + std::to_string(size) +

@@ -2,14 +2,13 @@
 #include "fiohost/commands/results.h"
 #include "fiohost/describe.h"
 #include "fiohost/extract.h"
+#include "fiohost/jobs/jobs_option.h"
 #include "fiohost/output_file.h"
 #include "fiohost/property_words.h"
 #include "fiohost/temporary_image.h"
 
 namespace fiohost {
 namespace {
-
-using nlohmann::ordered_json;
 
 // Labels are longer than the facts of a picture.
 std::string propertyLine(const Property& property, bool exact) {
@@ -24,6 +23,7 @@ class PropertiesCommand : public Command {
   void declare(CLI::App& arguments) override {
     arguments.add_option("FILE", files_, "JPEG or MPO files")->required();
     arguments.add_flag("--json", json_, "print JSON");
+    jobs_.declare(arguments);
     arguments.add_flag("--raw", raw_, "numbers, fractions and bytes as they are stored");
     arguments
         .add_option("--image", image_,
@@ -42,24 +42,29 @@ class PropertiesCommand : public Command {
       throw Failure("--extract takes one file", "name them one after another");
     }
     if (window_ && !hasWindowsFor(session, "--window")) return exitUsage;
-    return serveFiles(files_, json_, [&](const std::string& name) { return serve(session, name); });
+    // One dialog at a time.
+    const Serving serving = {json_, window_ ? 1 : jobs_.count()};
+    return serveFiles(files_, serving,
+                      [&](const std::string& name) { return serve(session, name); });
   }
 
  private:
-  FileResult serve(const Session& session, const std::string& name) {
+  [[nodiscard]] FileResult serve(const Session& session, const std::string& name) const {
     const SourceFile file(name);
     return image_ == 0 ? serveFile(session, file) : serveImage(session, file);
   }
 
-  FileResult serveImage(const Session& session, const SourceFile& file) {
+  [[nodiscard]] FileResult serveImage(const Session& session, const SourceFile& file) const {
     const TemporaryImage image(session, file, image_);
     FileResult result = serveFile(session, image.source());
-    result.words.insert(file.name().size(), ", image " + std::to_string(image_));
-    result.json["image"] = image_;
+    if (!result.words.empty()) {
+      result.words.insert(file.name().size(), ", image " + std::to_string(image_));
+    }
+    if (!result.json.empty()) result.json["image"] = image_;
     return result;
   }
 
-  FileResult serveFile(const Session& session, const SourceFile& file) {
+  [[nodiscard]] FileResult serveFile(const Session& session, const SourceFile& file) const {
     const Described described = describeFile(session, file);
     if (window_) return show(session, file.name(), described);
     session.plugin.loadProperties(described.fileData.handle());
@@ -74,23 +79,34 @@ class PropertiesCommand : public Command {
     return {name + " was shown\n", {{"file", name}, {"shown", true}}};
   }
 
-  FileResult list(const std::string& name, const Described& described,
-                  const std::vector<Property>& properties) const {
-    FileResult result = {name + "\n",
-                         {{"file", name},
-                          {"format", familyName(described.family)},
-                          {"properties", ordered_json::array()}}};
+  // Only in the form that is printed: long lists are many values.
+  [[nodiscard]] FileResult list(const std::string& name, const Described& described,
+                                const std::vector<Property>& properties) const {
+    if (json_) return {"", inJson(name, described.family, properties)};
+    return {inWords(name, properties), {}};
+  }
+
+  [[nodiscard]] Json inJson(const std::string& name, Family family,
+                                    const std::vector<Property>& properties) const {
+    Json listed = Json::array();
+    for (const Property& property : properties) {
+      listed.push_back(propertyInJson(property, raw_));
+    }
+    return {{"file", name}, {"format", familyName(family)}, {"properties", std::move(listed)}};
+  }
+
+  [[nodiscard]] std::string inWords(const std::string& name,
+                                    const std::vector<Property>& properties) const {
+    std::string words = name + "\n";
     const char* group = nullptr;
     for (const Property& property : properties) {
       if (group != groupName(property.group)) {
         group = groupName(property.group);
-        result.words += std::string("  ") + group + "\n";
+        words += std::string("  ") + group + "\n";
       }
-      result.words += propertyLine(property, raw_);
-      result.json["properties"].push_back(propertyInJson(property, raw_));
+      words += propertyLine(property, raw_);
     }
-    if (properties.empty()) result.words += "  no metadata\n";
-    return result;
+    return properties.empty() ? words + "  no metadata\n" : words;
   }
 
   FileResult extract(const Session& session, const SourceFile& file,
@@ -113,6 +129,7 @@ class PropertiesCommand : public Command {
   bool json_ = false;
   bool raw_ = false;
   bool window_ = false;
+  Jobs jobs_;
 };
 
 }  // namespace

@@ -43,7 +43,7 @@ class ReadCommand : public Command {
   }
 
   ExitCode run(const Session& session) override {
-    return serveFiles({file_}, json_,
+    return serveFiles({file_}, {json_},
                       [&](const std::string& name) { return serve(session, name); });
   }
 

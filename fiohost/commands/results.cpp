@@ -1,20 +1,31 @@
 #include "fiohost/commands/results.h"
 
+#include <algorithm>
 #include <iostream>
+#include <optional>
+#include <utility>
 
 #include "fiohost/interrupt.h"
+#include "fiohost/jobs/ordered_work.h"
+#include "fiohost/progress.h"
+#include "platform/console/start_folder.h"
 
 namespace fiohost {
 namespace {
 
-using nlohmann::ordered_json;
-
-ordered_json failureInJson(const std::string& file, const Failure& failure) {
+Json failureInJson(const std::string& file, const Failure& failure) {
   return {{"file", file},
           {"error",
-           {{"code", failure.code() != 0 ? ordered_json(failure.code()) : ordered_json(nullptr)},
+           {{"code", failure.code() != 0 ? Json(failure.code()) : Json(nullptr)},
             {"message", failure.what()},
             {"advice", failure.advice()}}}};
+}
+
+constexpr int jsonIndent = 2;
+
+std::string jsonText(const Json& value) {
+  // File names need not be valid UTF-8 on every system.
+  return value.dump(jsonIndent, ' ', false, Json::error_handler_t::replace);
 }
 
 FileResult serveOne(const std::string& file,
@@ -30,12 +41,49 @@ FileResult serveOne(const std::string& file,
   }
 }
 
+// What several threads must not do at once is left out or made safe.
+struct ThreadsAtWork {
+  platform::StartFolder names;
+  Progress::Silence progress;
+};
+
+// What became of a file, ready to be printed: words, or with JSON the text of an object.
+struct Served {
+  std::string text;
+  std::optional<Failure> failure;
+};
+
+Served serveAsText(const std::string& file, bool json,
+                   const std::function<FileResult(const std::string&)>& serve) {
+  try {
+    const FileResult result = serveOne(file, serve);
+    return {json ? jsonText(result.json) : result.words, std::nullopt};
+  } catch (const Failure& failure) {
+    return {json ? jsonText(failureInJson(file, failure)) : std::string(), failure};
+  }
+}
+
+// Objects put together to the array that they would be printed as.
+class JsonArray {
+ public:
+  void add(const std::string& object) {
+    text_ += text_.empty() ? "[\n" : ",\n";
+    std::size_t start = 0;
+    while (start < object.size()) {
+      const std::size_t end = std::min(object.find('\n', start), object.size() - 1) + 1;
+      text_.append(jsonIndent, ' ').append(object, start, end - start);
+      start = end;
+    }
+  }
+  void print() const { std::cout << (text_.empty() ? "[]" : text_ + "\n]") << '\n'; }
+
+ private:
+  std::string text_;
+};
+
 }  // namespace
 
-void printJson(const ordered_json& value) {
-  // File names need not be valid UTF-8 on every system.
-  std::cout << value.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
-}
+void printJson(const Json& value) { std::cout << jsonText(value) << '\n'; }
 
 bool hasWindowsFor(const Session& session, const std::string& option) {
   if (session.plugin.hasWindows()) return true;
@@ -66,24 +114,53 @@ FileResult savedWith(const Session& session, const SourceFile& file, const std::
   return savedResult(file.name(), convertPicture(session, file, output, options, &edit));
 }
 
-ExitCode serveFiles(const std::vector<std::string>& files, bool json,
-                    const std::function<FileResult(const std::string&)>& serve) {
-  ordered_json all = ordered_json::array();
-  ExitCode code = exitSuccess;
-  for (const std::string& file : files) {
-    if (interrupted()) return exitSomeFailed;
-    try {
-      FileResult result = serveOne(file, serve);
-      if (!json) std::cout << result.words << std::flush;
-      all.push_back(std::move(result.json));
-    } catch (const Failure& failure) {
-      printFailure(file, failure);
-      all.push_back(failureInJson(file, failure));
-      code = exitSomeFailed;
+namespace {
+
+// Prints what becomes of one file after the other.
+class Teller {
+ public:
+  Teller(const std::vector<std::string>& files, bool json) : files_(files), json_(json) {}
+
+  void tell(std::size_t number, const Served& served) {
+    if (json_) {
+      array_.add(served.text);
+    } else {
+      std::cout << served.text << std::flush;
     }
+    ++told_;
+    if (!served.failure) return;
+    printFailure(files_[number], *served.failure);
+    code_ = exitSomeFailed;
   }
-  if (json) printJson(all);
-  return code;
+
+  // An interrupted run has no array: it would seem to be whole.
+  [[nodiscard]] ExitCode finish() const {
+    if (interrupted() && told_ < files_.size()) return exitSomeFailed;
+    if (json_) array_.print();
+    return code_;
+  }
+
+ private:
+  const std::vector<std::string>& files_;
+  bool json_;
+  JsonArray array_;
+  std::size_t told_ = 0;
+  ExitCode code_ = exitSuccess;
+};
+
+}  // namespace
+
+ExitCode serveFiles(const std::vector<std::string>& files, const Serving& serving,
+                    const std::function<FileResult(const std::string&)>& serve) {
+  std::optional<ThreadsAtWork> threads;
+  if (serving.jobs > 1 && files.size() > 1) threads.emplace();
+  std::vector<Served> served(files.size());
+  Teller teller(files, serving.json);
+  runInOrder(files.size(), serving.jobs,
+             {[] { return !interrupted(); },
+              [&](std::size_t i) { served[i] = serveAsText(files[i], serving.json, serve); },
+              [&](std::size_t i) { teller.tell(i, std::exchange(served[i], {})); }});
+  return teller.finish();
 }
 
 }  // namespace fiohost

@@ -3,17 +3,17 @@
 #pragma once
 
 #include <functional>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "fiohost/commands/command.h"
 #include "fiohost/convert_picture.h"
 #include "fiohost/failure.h"
+#include "fiohost/json_value.h"
 
 namespace fiohost {
 
-void printJson(const nlohmann::ordered_json& value);
+void printJson(const Json& value);
 
 // The failure's line on the standard error. The file's name is left out when it is empty.
 void printFailure(const std::string& file, const Failure& failure);
@@ -21,10 +21,10 @@ void printFailure(const std::string& file, const Failure& failure);
 // False, after a line on the standard error, when the plug-in has no windows for the option.
 [[nodiscard]] bool hasWindowsFor(const Session& session, const std::string& option);
 
-// What a command has to say about one file.
+// What a command has to say about one file. Only the form that is printed need be filled.
 struct FileResult {
   std::string words;
-  nlohmann::ordered_json json;
+  Json json;
 };
 
 // What became of an input that was saved anew.
@@ -35,9 +35,16 @@ struct FileResult {
                                    const std::string& output, bool replace,
                                    const MetadataEdit& edit);
 
-// Serves each file on its own: a failure is told and the next file's turn comes. With json the
-// results come as one array in the files' order, a failed file as {"file", "error"}.
-ExitCode serveFiles(const std::vector<std::string>& files, bool json,
+struct Serving {
+  bool json =
+      false;  // results as one array in the files' order, a failed file as {"file", "error"}
+  unsigned jobs = 1;  // files that are served at a time
+};
+
+// Serves each file on its own, up to so many at a time: a failure is told and the other files are
+// served. Results and failures are told in the files' order. serve is called on several threads
+// when jobs is above 1; names mean there what they mean outside.
+ExitCode serveFiles(const std::vector<std::string>& files, const Serving& serving,
                     const std::function<FileResult(const std::string&)>& serve);
 
 }  // namespace fiohost

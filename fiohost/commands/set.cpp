@@ -23,7 +23,8 @@ class SetCommand : public Command {
   }
 
   ExitCode run(const Session& session) override {
-    return serveFiles({file_}, json_, [&](const std::string& name) { return save(session, name); });
+    return serveFiles({file_}, {json_},
+                      [&](const std::string& name) { return save(session, name); });
   }
 
  private:

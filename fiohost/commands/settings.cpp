@@ -61,7 +61,7 @@ class SettingsCommand : public Command {
  private:
   void print(const SettingsFile& file) const {
     const SaveSettings settings = file.load();
-    nlohmann::ordered_json json = {{"file", file.path()}};
+    Json json = {{"file", file.path()}};
     std::string words = file.path() + "\n";
     for (const SettingKind& kind : settingKinds()) {
       json[kind.key] = settings.*kind.value;

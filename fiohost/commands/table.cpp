@@ -18,6 +18,7 @@ constexpr std::array commands = {
     CommandEntry{"show", "describe pictures and decode each to a PNG in the current folder",
                  &makeShowCommand},
     CommandEntry{"settings", "show or change the save options", &makeSettingsCommand},
+    CommandEntry{"strip", "take private data out of pictures", &makeStripCommand},
     CommandEntry{"view", "show pictures in a window (Windows)", &makeViewCommand},
 };
 

@@ -2,10 +2,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 
 #include "platform/posix/errors.h"
 #include "platform/posix/paths.h"
+#include "platform/posix/unicode.h"
 
 namespace platform::posix {
 namespace {
@@ -24,6 +26,17 @@ BOOL enter(const std::string& path) {
     return failWith(ERROR_DIRECTORY, FALSE);
   }
   return failWith(codeOfError(error, path), FALSE);
+}
+
+// Without memory: whoever restores a directory has to succeed when there is none. False when that
+// does not do, for whatever reason.
+bool enterAsItStands(LPCWSTR path) noexcept {
+  char bytes[PATH_MAX];
+  if (path == nullptr) return false;
+  const auto length = utf8Into(std::span(bytes).first(sizeof bytes - 1), path, Malformed::escape);
+  if (!length) return false;
+  bytes[*length] = '\0';
+  return chdir(bytes) == 0;
 }
 
 std::string temporaryDirectory() {
@@ -51,6 +64,7 @@ BOOL SetCurrentDirectoryA(LPCSTR path) noexcept {
 }
 
 BOOL SetCurrentDirectoryW(LPCWSTR path) noexcept {
+  if (enterAsItStands(path)) return TRUE;
   return guarded(FALSE, [=] { return enter(systemPath(path)); });
 }
 

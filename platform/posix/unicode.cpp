@@ -61,8 +61,8 @@ bool isEscape(std::uint32_t character) {
   return character >= escapeBase + 0x80 && character <= escapeBase + 0xFF;
 }
 
-void appendUtf8(std::string& text, std::uint32_t codePoint) {
-  const auto add = [&text](std::uint32_t byte) { text.push_back(static_cast<char>(byte)); };
+template <typename Add>
+void addUtf8(std::uint32_t codePoint, Add add) {
   if (codePoint < 0x80) return add(codePoint);
   if (codePoint < 0x800) {
     add(0xC0 | codePoint >> 6);
@@ -75,6 +75,24 @@ void appendUtf8(std::string& text, std::uint32_t codePoint) {
     add(0x80 | (codePoint >> 6 & 0x3F));
   }
   add(0x80 | (codePoint & 0x3F));
+}
+
+// Every byte goes to add(byte). False when the text is refused.
+template <typename Add>
+bool convert(std::wstring_view text, Malformed rule, Add add) {
+  for (const wchar_t each : text) {
+    const auto character = static_cast<char32_t>(each);
+    if (isCodePoint(character)) {
+      addUtf8(character, add);
+    } else if (rule == Malformed::substitute) {
+      addUtf8(replacement, add);
+    } else if (rule == Malformed::escape && isEscape(character)) {
+      add(character & 0xFF);
+    } else {
+      return false;
+    }
+  }
+  return true;
 }
 
 }  // namespace
@@ -101,19 +119,19 @@ std::optional<std::wstring> wideFromUtf8(std::string_view text, Malformed rule) 
 std::optional<std::string> utf8FromWide(std::wstring_view text, Malformed rule) {
   std::string narrow;
   narrow.reserve(text.size());
-  for (const wchar_t each : text) {
-    const auto character = static_cast<char32_t>(each);
-    if (isCodePoint(character)) {
-      appendUtf8(narrow, character);
-    } else if (rule == Malformed::substitute) {
-      appendUtf8(narrow, replacement);
-    } else if (rule == Malformed::escape && isEscape(character)) {
-      narrow.push_back(static_cast<char>(character & 0xFF));
-    } else {
-      return std::nullopt;
-    }
-  }
-  return narrow;
+  const bool taken = convert(
+      text, rule, [&](std::uint32_t byte) { narrow.push_back(static_cast<char>(byte)); });
+  return taken ? std::optional(std::move(narrow)) : std::nullopt;
+}
+
+std::optional<std::size_t> utf8Into(std::span<char> target, std::wstring_view text,
+                                    Malformed rule) noexcept {
+  std::size_t length = 0;
+  const bool taken = convert(text, rule, [&](std::uint32_t byte) {
+    if (length < target.size()) target[length] = static_cast<char>(byte);
+    ++length;
+  });
+  return taken && length <= target.size() ? std::optional(length) : std::nullopt;
 }
 
 std::size_t wholeCharacters(std::string_view text, std::size_t limit) noexcept {

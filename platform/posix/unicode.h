@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,11 @@ enum class Malformed {
 
 [[nodiscard]] std::optional<std::wstring> wideFromUtf8(std::string_view text, Malformed rule);
 [[nodiscard]] std::optional<std::string> utf8FromWide(std::wstring_view text, Malformed rule);
+
+// The same into a place that is there already, so that it takes no memory: the length, or none when
+// the text is refused or the place is too small.
+[[nodiscard]] std::optional<std::size_t> utf8Into(std::span<char> target, std::wstring_view text,
+                                                  Malformed rule) noexcept;
 
 // The longest length, at most `limit`, that does not cut a character of the UTF-8 text.
 [[nodiscard]] std::size_t wholeCharacters(std::string_view text, std::size_t limit) noexcept;

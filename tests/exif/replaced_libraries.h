@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <vector>
 
@@ -15,6 +14,7 @@
 #include "platform/global_memory.h"
 #include "tests/companions/loaded_module.h"
 #include "tests/heap/heap_model.h"
+#include "tests/support/scratch_file.h"
 #include "tests/support/tiff_builder.h"
 
 namespace test {
@@ -52,21 +52,6 @@ inline support::Bytes pictureOfAllKinds() {
       .build();
 }
 
-class PictureFile {
- public:
-  PictureFile() {
-    const support::Bytes bytes = pictureOfAllKinds();
-    FILE* file = std::fopen(name, "wb");
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::fclose(file);
-  }
-  PictureFile(const PictureFile&) = delete;
-  PictureFile& operator=(const PictureFile&) = delete;
-  ~PictureFile() { std::remove(name); }
-
-  static constexpr const char* name = "replaced_libraries_test.jpg";
-};
-
 inline std::vector<host::PropertyField> copyFields(HGLOBAL properties) {
   const platform::LockedGlobal lock(properties);
   const auto* header = lock.as<host::PropertyHeader>();
@@ -79,15 +64,15 @@ inline std::vector<host::PropertyField> copyFields(HGLOBAL properties) {
 // The descriptors in order; their blocks are gone.
 inline std::vector<host::PropertyField> fieldsWith(const Libraries& libraries) {
   const ReplacedPlugin plugin(libraries);
-  const PictureFile file;
+  const ScratchFile file(pictureOfAllKinds());
   const auto describe =
       plugin.module.function<host::JpgGetFileDataEntry>(host::ordinalJpgGetFileData);
-  const HGLOBAL data = describe(0, PictureFile::name);
+  const HGLOBAL data = describe(0, file.path().c_str());
   {
     const platform::LockedGlobal lock(data);
     auto* record = lock.as<host::FileDataRecord>();
     EXPECT_NE(record, nullptr);
-    if (record != nullptr) std::strcpy(record->ansiPath, PictureFile::name);
+    if (record != nullptr) std::strcpy(record->ansiPath, file.path().c_str());
   }
   HGLOBAL properties = nullptr;
   EXPECT_EQ(

@@ -6,7 +6,7 @@
 #include <map>
 
 #include "tests/exif/real_picture.h"
-#include "tests/mpo/scratch_file.h"
+#include "tests/support/scratch_file.h"
 #include "tests/support/tiff_builder.h"
 
 namespace {

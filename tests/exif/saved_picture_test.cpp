@@ -4,7 +4,7 @@
 #include "host/kexiflib.h"
 #include "tests/companions/loaded_plugin.h"
 #include "tests/exif/real_picture.h"
-#include "tests/mpo/scratch_file.h"
+#include "tests/support/scratch_file.h"
 #include "tests/support/tiff_builder.h"
 #ifdef KF_EXIFTOOL
 #include "tests/exif/other_programs.h"

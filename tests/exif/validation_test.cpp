@@ -9,7 +9,7 @@
 
 #include "tests/exif/other_programs.h"
 #include "tests/exif/real_picture.h"
-#include "tests/mpo/scratch_file.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 

@@ -11,18 +11,26 @@ namespace {
 
 constexpr std::size_t mostRuns = 100000;
 
+std::size_t openDescriptors() {
+  const std::filesystem::directory_iterator all("/proc/self/fd");
+  return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
 struct State {
   platform::posix::LiveCounts live = platform::posix::liveCounts();
+  std::size_t descriptors = openDescriptors();
   std::filesystem::path directory = std::filesystem::current_path();
 };
 
-void expectSame(const State& before) {
+void expectSame(const State& before, const Operation& operation) {
   const State after;
-  EXPECT_EQ(after.live.blocks, before.live.blocks) << "blocks left";
+  EXPECT_LE(after.live.blocks, before.live.blocks + operation.keptBlocks) << "blocks left";
+  EXPECT_GE(after.live.blocks, before.live.blocks) << "blocks freed that were not its own";
   EXPECT_EQ(after.live.locks, before.live.locks) << "locks left";
   EXPECT_EQ(after.live.files, before.live.files) << "files left open";
   EXPECT_EQ(after.live.mappings, before.live.mappings) << "mappings left";
   EXPECT_EQ(after.live.views, before.live.views) << "views left";
+  EXPECT_EQ(after.descriptors, before.descriptors) << "descriptors left open";
   EXPECT_EQ(after.directory, before.directory);
 }
 
@@ -45,15 +53,22 @@ void failEverywhere(const Operation& operation, Resource resource, Extent extent
                  (extent == Extent::once ? " fails" : " and all later ones fail"));
     operation.prepare();
     const State before;
+    const std::size_t heapBefore = liveHeapBlocks();
     const Outcome outcome = runOnce(operation, resource, number, extent);
     operation.check(outcome.succeeded);
-    expectSame(before);
+    if (operation.countsHeap) {
+      EXPECT_EQ(liveHeapBlocks(), heapBefore) << "blocks of the C heap left";
+    }
+    expectSame(before, operation);
     if (!outcome.struck) {
       EXPECT_TRUE(outcome.succeeded) << "nothing failed";
       testing::Test::RecordProperty("runs", static_cast<int>(number));
       return;
     }
-    if (testing::Test::HasFailure()) return;  // one report is enough
+    if (testing::Test::HasFailure()) {  // one report is enough
+      ADD_FAILURE() << "what failed first was wanted by" << whereStruck();
+      return;
+    }
   }
   FAIL() << operation.name << " never ran clean";
 }

@@ -17,6 +17,10 @@ struct Operation {
   std::function<bool()> run;
   // After each run, with what it reported: what must hold of files and records.
   std::function<void(bool succeeded)> check;
+  // Blocks that a call leaves behind as described.
+  std::size_t keptBlocks = 0;
+  // Whether the C heap has to be as before too: not when the run begins with what lives on.
+  bool countsHeap = false;
 };
 
 // Runs the operation with the N-th use of the resource failing, N = 1, 2, 3 ... until a run meets

@@ -1,6 +1,5 @@
 #include "tests/fault/scratch.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -58,22 +57,42 @@ Bytes Scratch::read(const std::string& name) const {
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-std::vector<std::string> Scratch::names() const {
-  std::vector<std::string> found;
+Scratch::Content Scratch::content() const {
+  Content found;
   for (const auto& entry : std::filesystem::directory_iterator(path_)) {
-    found.push_back(entry.path().filename().string());
+    const std::string name = entry.path().filename().string();
+    found.emplace(name, read(name));
   }
-  std::sort(found.begin(), found.end());
   return found;
 }
 
+std::string Scratch::difference(const Content& one, const Content& other) {
+  std::string names;
+  for (const auto& [name, bytes] : one) {
+    const auto twin = other.find(name);
+    if (twin == other.end() || twin->second != bytes) names += name + " ";
+  }
+  for (const auto& [name, bytes] : other) {
+    if (!one.contains(name)) names += name + " ";
+  }
+  return names;
+}
+
+void Scratch::clear() const {
+  for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+    std::filesystem::remove_all(entry.path());
+  }
+}
+
+// The profile makes the pixels lie behind what is read of a file at once.
 Bytes picture() {
+  constexpr std::size_t profileBytes = 65000;
   return support::JpegBuilder()
       .size(40, 24)
       .cameraHeap(heap())
       .exif(exif())
       .xmp(bytesOf("<x:xmpmeta/>"))
-      .icc(1, 1, Bytes(200, 3))
+      .icc(1, 1, Bytes(profileBytes, 3))
       .photoshop(resources())
       .build();
 }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <string>
-#include <vector>
 
 #include "tests/support/jpeg_builder.h"
 
@@ -21,8 +21,12 @@ class Scratch {
   [[nodiscard]] std::string file(const std::string& name) const { return (path_ / name).string(); }
   void write(const std::string& name, const Bytes& content) const;
   [[nodiscard]] Bytes read(const std::string& name) const;
-  // The names of everything in the folder, sorted.
-  [[nodiscard]] std::vector<std::string> names() const;
+  // The names of everything in the folder with what it holds.
+  using Content = std::map<std::string, Bytes>;
+  [[nodiscard]] Content content() const;
+  // The names that the two have not alike, for messages.
+  [[nodiscard]] static std::string difference(const Content& one, const Content& other);
+  void clear() const;
 
  private:
   std::filesystem::path path_;

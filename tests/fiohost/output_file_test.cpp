@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "fiohost/failure.h"
+#include "fiohost/temporary_name.h"
 #include "tests/fiohost/support/files.h"
 
 namespace fiohost {
@@ -58,7 +59,11 @@ TEST_F(OutputFileTest, RestartForgetsWhatWasWritten) {
 }
 
 TEST_F(OutputFileTest, DoesNotTouchSomebodyElsesTemporaryFile) {
-  const std::string other = ".fiohost-" + std::to_string(platform::processNumber()) + "-0.tmp";
+  // The name that comes after the one that is given here.
+  const std::string last = temporaryStem();
+  const std::size_t dash = last.rfind('-') + 1;
+  const int next = std::stoi(last.substr(dash)) + 1;
+  const std::string other = "." + last.substr(0, dash) + std::to_string(next) + ".tmp";
   writeBytes(folder_.path() / other, {'x'});
   OutputFile file(name("a.txt"));
   file.write("abc", 3);

@@ -1,5 +1,6 @@
 // The metadata of one image of a multi-picture file.
 #include "tests/fiohost/support/mpo_fixture.h"
+#include "tests/support/scoped_variable.h"
 #include "tests/support/tiff_builder.h"
 
 namespace fiohostTest {
@@ -54,18 +55,16 @@ TEST_F(PropertiesImageTest, BlocksOfAnImageAreExtracted) {
 }
 
 TEST_F(PropertiesImageTest, NoImageIsLeftInTheTemporaryFolder) {
-  const auto count = [] {
-    std::size_t images = 0;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(std::filesystem::temp_directory_path())) {
-      const std::string name = entry.path().filename().string();
-      if (name.starts_with("fiohost-") && name.find("-image-2") != std::string::npos) ++images;
-    }
-    return images;
-  };
-  const std::size_t before = count();
-  static_cast<void>(properties("2"));
-  EXPECT_EQ(count(), before);
+  const std::filesystem::path temporary = file("temporary");
+  std::filesystem::create_directory(temporary);
+  const std::string place = platform::displayPath(temporary);
+  {
+    const test::ScopedVariable posix("TMPDIR", place.c_str());
+    const test::ScopedVariable first("TMP", place.c_str());
+    const test::ScopedVariable second("TEMP", place.c_str());
+    EXPECT_EQ(makerOf(properties("2")), "maker of the right");
+  }
+  EXPECT_THAT(namesIn(temporary), testing::IsEmpty());
 }
 
 TEST_F(PropertiesImageTest, ImagesThatAreNotThereAreToldSo) {

@@ -13,7 +13,7 @@
 #include "platform/global_memory.h"
 #include "platform/open_file.h"
 #include "tests/companions/loaded_module.h"
-#include "tests/mpo/scratch_file.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 

@@ -22,9 +22,14 @@ class SaveOptionsValues : public testing::Test {
   void SetUp() override {
     the().reset();
     file_.emplace();
-    frame::saveOptions() = {1, 2, 60, 7};
+    frame::setSaveOptions({1, 2, 60, 7});
   }
 
+  static void changeSetting(host::u32 frame::SaveOptions::*setting, host::u32 value) {
+    frame::SaveOptions settings = frame::saveOptions();
+    settings.*setting = value;
+    frame::setSaveOptions(settings);
+  }
   static std::vector<host::i64> initial(const FileData& data) {
     return listed(jpeg::initialSaveOptions(platform::LockedGlobal(data.handle())));
   }
@@ -59,7 +64,7 @@ TEST_F(SaveOptionsValues, BeginWithTheSettingsWhenTheRecordHasNone) {
   const FileData small(sizeof(host::FileDataRecord));
   small.with<host::FileDataRecord>([](auto& record) { record.colourType = host::colourTrue; });
   EXPECT_EQ(initial(small), (std::vector<host::i64>{60, 1, 2, 1}));
-  frame::saveOptions().jfif = 0;
+  changeSetting(&frame::SaveOptions::jfif, 0);
   EXPECT_EQ(initial(small).at(3), 0);
 }
 
@@ -104,7 +109,7 @@ TEST_F(SaveOptionsValues, BeginWithTheBestQualityWhenItIsAboveThat) {
   giveTail(data);
   data.with([](auto& record) { record.tail.quality = 101; });
   EXPECT_EQ(initial(data).at(0), 100);
-  frame::saveOptions().quality = 150;
+  changeSetting(&frame::SaveOptions::quality, 150);
   EXPECT_EQ(initial(FileData(4)).at(0), 100);
 }
 

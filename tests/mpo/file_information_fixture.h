@@ -1,9 +1,9 @@
 // A multi-picture file described through the module.
 #pragma once
 
-#include "tests/mpo/scratch_file.h"
 #include "tests/mpo/stream_codec.h"
 #include "tests/support/mpf_builder.h"
+#include "tests/support/scratch_file.h"
 
 namespace test {
 

@@ -1,7 +1,7 @@
 // Reading the first image of a multi-picture file: sources, positions, results, previews.
-#include "tests/mpo/scratch_file.h"
 #include "tests/mpo/stream_codec.h"
 #include "tests/support/mpf_builder.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Reading any image for a host that answers requests: indices, requests, segments, failures.
-#include "tests/mpo/scratch_file.h"
 #include "tests/mpo/stream_codec.h"
 #include "tests/support/mpf_builder.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 

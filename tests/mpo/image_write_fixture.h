@@ -2,9 +2,9 @@
 // between them.
 #pragma once
 
-#include "tests/mpo/scratch_file.h"
 #include "tests/mpo/stream_codec.h"
 #include "tests/support/mpf_builder.h"
+#include "tests/support/scratch_file.h"
 
 namespace test {
 

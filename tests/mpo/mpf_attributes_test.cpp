@@ -58,7 +58,8 @@ TEST_P(MpfAttributesOrders, EveryAttributeHasItsPlaceAndItsFlag) {
 TEST_P(MpfAttributesOrders, TheIndividualNumberCountsFromZeroAndZeroIsNone) {
   for (const auto& [written, stored] : {std::pair{1u, 0}, std::pair{5u, 4}, std::pair{0u, -1}}) {
     Parsed parsed;
-    parsed.parse(attributesOf([&](MpfBuilder& mpf) { mpf.number(mpf::individualNumber, written); },
+    const u32 number = written;
+    parsed.parse(attributesOf([&](MpfBuilder& mpf) { mpf.number(mpf::individualNumber, number); },
                               GetParam()));
     EXPECT_EQ(+parsed.entries[0].imageNumber, stored);
     EXPECT_EQ(+parsed.entries[0].flags, 0x00020000u);

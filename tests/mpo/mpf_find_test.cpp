@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "mpo/mpf_segment.h"
-#include "tests/mpo/scratch_file.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "mpo/mpf_segment.h"
-#include "tests/mpo/scratch_file.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 

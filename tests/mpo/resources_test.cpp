@@ -1,8 +1,8 @@
 // What every call of the MPO family leaves behind: nothing, also when memory runs out on the way.
 #include "platform/posix/diagnostics.h"
-#include "tests/mpo/scratch_file.h"
 #include "tests/mpo/stream_codec.h"
 #include "tests/support/mpf_builder.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 

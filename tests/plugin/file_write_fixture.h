@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "tests/plugin/plugin.h"
+#include "tests/support/scratch_file.h"
 
 namespace test {
 
@@ -37,10 +38,6 @@ class FileWrite : public PluginTest {
     requests.clear();
     rows.clear();
     answerInstead = nullptr;
-    char folder[260] = {};
-    GetTempPathA(sizeof folder, folder);
-    path_ = std::string(folder) + "kfio_file_write_test.jpg";
-    std::remove(path_.c_str());
     make(sizeof(host::JpegFileData));
     data().with([](auto& data) {
       data.tail = {};
@@ -51,10 +48,7 @@ class FileWrite : public PluginTest {
       data.tail.jfif = 0;
     });
   }
-  void TearDown() override {
-    data_.reset();
-    std::remove(path_.c_str());
-  }
+  void TearDown() override { data_.reset(); }
 
   // A record of so many bytes for a 5 by 4 colour picture without a preview.
   void make(std::size_t size) {
@@ -125,7 +119,8 @@ class FileWrite : public PluginTest {
   }
 
   std::unique_ptr<FileData> data_;
-  std::string path_;
+  ScratchFile scratch_;
+  const std::string& path_ = scratch_.path();
   int host_ = 0;
   host::OutputDescriptor output_ = {};
   host::WriteOptions options_ = {};

@@ -1,14 +1,12 @@
 // Fetching the property record: when the codec runs, when the file is mapped, and the results.
-#include <cstdio>
 
 #include "tests/plugin/plugin.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 
 using namespace test;
 using namespace std::string_literals;
-
-constexpr char fileName[] = "get_property_test.bin";
 
 // An orientation in a little-endian EXIF segment.
 const std::string exifPayload =
@@ -18,21 +16,13 @@ class GetProperty : public PluginTest {
  protected:
   void SetUp() override {
     PluginTest::SetUp();
-    writeFile("12345" + exifPayload);
+    const std::string content = "12345" + exifPayload;
+    file_.write(support::Bytes(content.begin(), content.end()));
     tag(host::jpegTailTag);
-    data_.with([](auto& data) { std::strcpy(data.record.ansiPath, fileName); });
+    data_.with([this](auto& data) { std::strcpy(data.record.ansiPath, file_.path().c_str()); });
     reported_ = {{1, exifPayload, 5}};
   }
-  void TearDown() override {
-    EXPECT_TRUE(data_.unlocked());
-    std::remove(fileName);
-  }
-  static void writeFile(const std::string& bytes) {
-    FILE* file = std::fopen(fileName, "wb");
-    ASSERT_NE(file, nullptr);
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::fclose(file);
-  }
+  void TearDown() override { EXPECT_TRUE(data_.unlocked()); }
   void tag(host::u32 value) {
     data_.with([&](auto& data) { data.tail.tag = value; });
   }
@@ -59,6 +49,7 @@ class GetProperty : public PluginTest {
     return data_.with([](auto& data) { return data.tail.scanned; });
   }
 
+  ScratchFile file_;
   FileData data_;
   std::vector<Segment> reported_;
   std::string path_;
@@ -71,7 +62,7 @@ TEST_F(GetProperty, TheCodecFindsTheSegmentsAndTheFileIsMappedForThem) {
   EXPECT_EQ(get(&out), 1);
   EXPECT_EQ(out, data_.properties());
   EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
-  EXPECT_EQ(path_, fileName);
+  EXPECT_EQ(path_, file_.path());
   EXPECT_EQ(headerAnswer_, 2u) << "the pixels are left out";
   EXPECT_EQ(scanned(), 1u);
   EXPECT_THAT(the().calls,
@@ -83,7 +74,7 @@ TEST_F(GetProperty, TheCodecFindsTheSegmentsAndTheFileIsMappedForThem) {
 TEST_F(GetProperty, TheSecondCallAnswersAtOnce) {
   HGLOBAL first = nullptr;
   ASSERT_EQ(get(&first), 1);
-  std::remove(fileName);
+  std::remove(file_.path().c_str());
   HGLOBAL second = nullptr;
   EXPECT_EQ(get(&second), 1);
   EXPECT_EQ(second, first);
@@ -196,14 +187,14 @@ TEST_F(GetProperty, MarkerEventsStoreNothing) {
 }
 
 TEST_F(GetProperty, TheWidePathComesBeforeTheAnsiPath) {
-  wchar_t wide[] = L"get_property_test.bin";
+  const std::wstring wide = file_.widePath();
   data_.with([&](auto& data) {
     data.record.pathFlags = host::pathFlagWide;
-    data.record.widePath = reinterpret_cast<host::u64>(wide);
+    data.record.widePath = reinterpret_cast<host::u64>(wide.c_str());
     std::strcpy(data.record.ansiPath, "no such file");
   });
-  the().fileReadWide = [](const wchar_t* path, const host::CodecCallback& callback) {
-    EXPECT_STREQ(path, L"get_property_test.bin");
+  the().fileReadWide = [&wide](const wchar_t* path, const host::CodecCallback& callback) {
+    EXPECT_EQ(path, wide);
     return static_cast<int>(report(callback, {1, exifPayload, 5}));
   };
   HGLOBAL out = nullptr;
@@ -229,7 +220,7 @@ TEST_F(GetProperty, WithoutAnOutPlaceTheRecordIsMadeAllTheSame) {
 }
 
 TEST_F(GetProperty, AFileThatCannotBeMappedGivesZero) {
-  std::remove(fileName);
+  std::remove(file_.path().c_str());
   HGLOBAL out = nullptr;
   EXPECT_EQ(get(&out), 0);
   EXPECT_EQ(out, nullptr);

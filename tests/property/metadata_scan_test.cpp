@@ -6,6 +6,7 @@
 #include "property/property_record.h"
 #include "tests/exif/exif_test.h"
 #include "tests/heap/heap_model.h"
+#include "tests/support/scratch_file.h"
 
 namespace {
 
@@ -15,19 +16,14 @@ using property::scanMappedFile;
 // A file that is gone at the end.
 class TemporaryFile {
  public:
-  TemporaryFile(std::string path, const Bytes& bytes) : path_(std::move(path)) {
-    FILE* file = std::fopen(path_.c_str(), "wb");
-    EXPECT_NE(file, nullptr);
-    if (!bytes.empty()) std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::fclose(file);
-  }
+  explicit TemporaryFile(const Bytes& bytes) : scratch_(bytes) {}
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile() { EXPECT_EQ(std::remove(path_.c_str()), 0) << "left open"; }
-  const std::string& path() const { return path_; }
+  ~TemporaryFile() { EXPECT_EQ(std::remove(path().c_str()), 0) << "left open"; }
+  const std::string& path() const { return scratch_.path(); }
 
  private:
-  std::string path_;
+  ScratchFile scratch_;
 };
 
 struct Place {
@@ -100,7 +96,7 @@ class JpegScan : public MetadataScan {
     note(786, 790, 794, exifPlace_);
     note(798, 802, 806, iptcPlace_);
   }
-  TemporaryFile file_{"metadata_scan_test.bin", fileBytes_};
+  TemporaryFile file_{fileBytes_};
 };
 
 TEST_F(JpegScan, NotedSegmentsAreDecodedExifFirst) {
@@ -115,8 +111,7 @@ TEST_F(JpegScan, NotedSegmentsAreDecodedExifFirst) {
 // The parts lie in the file the other way round.
 TEST_F(MetadataScan, ExifComesFirstThenTheHeapThenIptc) {
   const Bytes heap = ModelHeap{false, {{0x0816, texts({"IMG.JPG"})}}}.build();
-  const TemporaryFile file("stages_test.bin",
-                           support::joined(photoshop(), support::joined(heap, exifBytes_)));
+  const TemporaryFile file(support::joined(photoshop(), support::joined(heap, exifBytes_)));
   const auto iptcSize = static_cast<host::u32>(photoshop().size());
   const auto heapSize = static_cast<host::u32>(heap.size());
   tag(0x4750454A);
@@ -185,7 +180,7 @@ TEST_F(JpegScan, AScannedRecordGivesZero) {
 
 TEST_F(JpegScan, AFileThatCannotBeMappedChangesNothing) {
   const std::vector<host::u8> before = data_.bytes();
-  const TemporaryFile empty("metadata_scan_empty.bin", {});
+  const TemporaryFile empty({});
   for (const std::string& name : {std::string("no such file"), std::string(), empty.path()}) {
     path(name);
     HGLOBAL out = nullptr;
@@ -305,8 +300,7 @@ class MpoScan : public MetadataScan {
     const std::vector<StoredField> fields = storedFields(data_.properties());
     return fields.size() == 2 ? static_cast<int>(fields[1].number()) : -1;
   }
-  TemporaryFile file_{"metadata_scan_test.mpo",
-                      support::joined(exifOf(1), support::joined(exifOf(2), exifOf(3)))};
+  TemporaryFile file_{support::joined(exifOf(1), support::joined(exifOf(2), exifOf(3)))};
 };
 
 TEST_F(MpoScan, PlacesCountFromTheStartOfTheImage) {
@@ -353,7 +347,7 @@ TEST_F(MpoScan, ScannedIsSetAndTheNext16BitsAreCleared) {
 }
 
 TEST_F(MpoScan, IptcIsFoundAtItsOwnOffsets) {
-  const TemporaryFile file("metadata_scan_iptc.mpo", support::joined(Bytes(9), photoshop()));
+  const TemporaryFile file(support::joined(Bytes(9), photoshop()));
   path(file.path());
   number(826, 0);
   note(850, 866, 870, {9, static_cast<host::u32>(photoshop().size())});

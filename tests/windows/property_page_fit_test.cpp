@@ -2,15 +2,30 @@
 // reached by an access key.
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <set>
 
 #include "tests/windows/property_dialog_fixture.h"
+#include "tests/windows/support/screenshot.h"
 
 namespace {
 
 using namespace test;
 
-class PropertyPageFit : public PropertyDialogTest {};
+// The run names the display's figure; without it, it is the usual one.
+class PropertyPageFit : public PropertyDialogTest {
+ protected:
+  void SetUp() override {
+    const char* expected = std::getenv("KF_DPI");
+    const HDC display = GetDC(nullptr);
+    const int found = GetDeviceCaps(display, LOGPIXELSX);
+    ReleaseDC(nullptr, display);
+    suffix_ = "_at_" + std::to_string(found);
+    ASSERT_EQ(found, expected != nullptr ? std::atoi(expected) : 96);
+  }
+
+  std::string suffix_;
+};
 
 SIZE textSize(const Window& window) {
   const HDC context = GetDC(window.handle());
@@ -48,6 +63,8 @@ TEST_F(PropertyPageFit, EveryControlLiesInsideItsPageAndEveryLabelFits) {
       EXPECT_LE(textSize(label).cx, area.right) << label;
       EXPECT_LE(textSize(label).cy, area.bottom + 1) << label;
     }
+    EXPECT_GT(saveScreenshot(sheet().window(), "property_page_" + std::to_string(index) + suffix_),
+              8U);
   }
   close();
 }

@@ -8,7 +8,7 @@
 #include "host/plugin_entries.h"
 #include "platform/global_memory.h"
 #include "tests/companions/loaded_plugin.h"
-#include "tests/mpo/scratch_file.h"
+#include "tests/support/scratch_file.h"
 
 namespace test {
 

@@ -1,10 +1,9 @@
 // The save-options dialog with the open companions, as fiohost has them.
-#include <filesystem>
-
 #include "host/file_data.h"
 #include "host/plugin_entries.h"
 #include "platform/global_memory.h"
 #include "tests/companions/loaded_module.h"
+#include "tests/support/scratch_file.h"
 #include "tests/windows/support/dialog_thread.h"
 #include "tests/windows/support/layout.h"
 #include "tests/windows/support/polling.h"
@@ -22,11 +21,9 @@ constexpr char helpTitle[] = "Options of a JPEG file";
 class SaveOptionsOpen : public testing::Test {
  protected:
   void SetUp() override {
-    ini_ = (std::filesystem::temp_directory_path() / "kfio_open_dialog.ini").string();
-    SetEnvironmentVariableA("KFIO_INI", ini_.c_str());
+    SetEnvironmentVariableA("KFIO_INI", settings_.path().c_str());
     record_ = platform::OwnedGlobal(platform::movableZeroed, sizeof(host::FileDataRecord));
   }
-  void TearDown() override { std::filesystem::remove(ini_); }
 
   [[nodiscard]] int show() const {
     const auto entry =
@@ -41,7 +38,7 @@ class SaveOptionsOpen : public testing::Test {
     return found;
   }
 
-  std::string ini_;
+  test::ScratchFile settings_;
   test::LoadedModule resources_{"KFRES.DLL"};
   test::LoadedModule common_{"fio/k32Comm.dll"};
   test::LoadedModule start_{"fio/K32MISC.dll"};
@@ -59,7 +56,7 @@ TEST_F(SaveOptionsOpen, EndsWithTheRecordAndTheSettingsFile) {
   dialog.control(IDOK).click();
   EXPECT_EQ(thread.result(), 1);
   EXPECT_EQ(GlobalSize(record_.get()), sizeof(host::JpegFileData));
-  EXPECT_EQ(GetPrivateProfileIntA("KF_IJPG", "Quality", -1, ini_.c_str()), 7U);
+  EXPECT_EQ(GetPrivateProfileIntA("KF_IJPG", "Quality", -1, settings_.path().c_str()), 7U);
 }
 
 TEST_F(SaveOptionsOpen, ShowsItsHelpBesideItAndTakesItAlong) {

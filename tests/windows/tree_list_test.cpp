@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <memory>
 #include <stdexcept>
 
@@ -239,6 +240,56 @@ TEST_F(TreeList, TheBarRestoresWhatWasUnderIt) {
   main().post(WM_LBUTTONUP, 0, MAKELPARAM(50, place));
   main().settle();
   EXPECT_TRUE(pictureOf(main()).pixels == clean.pixels);
+}
+
+// Counts how often a window of this process is painted.
+class PaintCount {
+ public:
+  explicit PaintCount(HWND window)
+      : window_(window),
+        original_(reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC))) {
+    SetPropW(window, L"count", this);
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&procedure));
+  }
+  PaintCount(const PaintCount&) = delete;
+  PaintCount& operator=(const PaintCount&) = delete;
+  ~PaintCount() {
+    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(original_));
+    RemovePropW(window_, L"count");
+  }
+  // Since the last call.
+  int take() { return count_.exchange(0); }
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* self = static_cast<PaintCount*>(GetPropW(window, L"count"));
+    if (message == WM_PAINT) ++self->count_;
+    return CallWindowProcW(self->original_, window, message, wParam, lParam);
+  }
+
+  HWND window_;
+  WNDPROC original_;
+  std::atomic<int> count_ = 0;
+};
+
+TEST_F(TreeList, NothingFlickersWhenTheBarIsMoved) {
+  open(true);
+  select("Model name");
+  main().settle();
+  PaintCount treeCount(tree().window().handle());
+  PaintCount listCount(list().window().handle());
+  const int place = splitter();
+  main().post(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(50, place + 1));
+  for (int y = place; y > 30; --y) main().post(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(50, y));
+  main().settle();
+  EXPECT_EQ(treeCount.take(), 0) << "the bar alone moves";
+  EXPECT_EQ(listCount.take(), 0);
+  main().post(WM_LBUTTONUP, 0, MAKELPARAM(50, 31));
+  main().settle();
+  EXPECT_EQ(splitter(), 31);
+  EXPECT_LE(treeCount.take(), 1) << "both views take their places at once";
+  EXPECT_LE(listCount.take(), 1);
+  EXPECT_NE(list().window().send(LVM_GETEXTENDEDLISTVIEWSTYLE) & LVS_EX_DOUBLEBUFFER, 0);
 }
 
 TEST_F(TreeList, TheTabKeyGoesThroughTreeAndListBothWays) {

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 
+#include "platform/console/start_folder.h"
 #include "platform/posix/unicode.h"
 
 namespace platform {
@@ -19,7 +20,7 @@ void showUtf8() {}
 bool isTerminal(std::FILE* stream) { return isatty(fileno(stream)) == 1; }
 
 std::filesystem::path systemPath(const std::string& text) {
-  return std::filesystem::absolute(text);
+  return std::filesystem::absolute(fromStartFolder(text));
 }
 
 std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {

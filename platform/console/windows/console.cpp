@@ -7,6 +7,8 @@
 #include <array>
 #include <cerrno>
 
+#include "platform/console/start_folder.h"
+
 namespace platform {
 namespace {
 
@@ -91,7 +93,7 @@ void showUtf8() { SetConsoleOutputCP(CP_UTF8); }
 bool isTerminal(std::FILE* stream) { return _isatty(_fileno(stream)) != 0; }
 
 std::filesystem::path systemPath(const std::string& text) {
-  const std::wstring path = absolute(widened(text));
+  const std::wstring path = absolute(fromStartFolder(widened(text)).wstring());
   if (path.size() < longestPlainPath || path.starts_with(longPrefix)) return path;
   if (path.starts_with(LR"(\\)")) return std::wstring(longSharePrefix) + path.substr(2);
   return std::wstring(longPrefix) + path;

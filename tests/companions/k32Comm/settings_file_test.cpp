@@ -3,28 +3,14 @@
 #include <string>
 
 #include "host/k32comm.h"
-#include "platform/environment.h"
 #include "tests/companions/loaded_module.h"
+#include "tests/support/scoped_variable.h"
 
 namespace {
 
+using test::ScopedVariable;
+
 namespace fs = std::filesystem;
-
-// Sets an environment variable, or takes it away, for the length of a test.
-class ScopedVariable {
- public:
-  ScopedVariable(const char* name, const char* value)
-      : name_(name), before_(platform::environmentValue(name)) {
-    SetEnvironmentVariableA(name, value);
-  }
-  ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
-  ~ScopedVariable() { SetEnvironmentVariableA(name_, before_.empty() ? nullptr : before_.c_str()); }
-
- private:
-  const char* name_;
-  std::string before_;
-};
 
 class SettingsFile : public testing::Test {
  protected:

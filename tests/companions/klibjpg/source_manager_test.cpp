@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/companions/klibjpg/codec_calls.h"
 #include "tests/companions/klibjpg/reference.h"
 
@@ -68,6 +70,82 @@ TEST(Source, SkipsPastItsEnd) {
   EXPECT_EQ(source.take(1, spare), nullptr);
   EXPECT_EQ(source.next_input_byte[0], 0xFF);
   EXPECT_EQ(source.next_input_byte[1], JPEG_EOI);
+}
+
+// A stream in pieces of one size.
+class PiecedSource final : public klibjpg::InputSource {
+ public:
+  PiecedSource(Bytes bytes, std::size_t piece) : bytes_(std::move(bytes)), piece_(piece) {}
+
+ private:
+  std::span<const host::u8> nextBuffer() override {
+    const std::size_t start = given_;
+    given_ = std::min(given_ + piece_, bytes_.size());
+    return std::span(bytes_).subspan(start, given_ - start);
+  }
+
+  Bytes bytes_;
+  std::size_t piece_;
+  std::size_t given_ = 0;
+};
+
+class SkippedScan : public testing::TestWithParam<std::size_t> {};
+INSTANTIATE_TEST_SUITE_P(Pieces, SkippedScan, testing::Values(1, 2, 3, 4, 5, 7, 100));
+
+// Stuffed zeros, restart markers and fill bytes belong to the scan.
+TEST_P(SkippedScan, EndsAtTheNextMarkerThatIsNoRestart) {
+  const Bytes scan = {1, 2, 0xFF, 0, 3, 0xFF, 0xD0, 4, 0xFF, 0xD7, 0xFF, 0xFF, 0xFF, 0, 5};
+  PiecedSource source(support::joined(scan, {0xFF, 0xC4, 8, 9}), GetParam());
+  source.skipScan();
+  EXPECT_EQ(source.position(), scan.size());
+  host::u8 spare[4];
+  const host::u8* const rest = source.take(4, spare);
+  ASSERT_NE(rest, nullptr);
+  EXPECT_EQ(Bytes(rest, rest + 4), (Bytes{0xFF, 0xC4, 8, 9}));
+  EXPECT_EQ(source.position(), scan.size() + 4);
+}
+
+TEST_P(SkippedScan, EndsWithTheStream) {
+  for (const Bytes& scan : {Bytes{1, 2, 3}, Bytes{1, 2, 0xFF}, Bytes{1, 0xFF, 0}, Bytes{}}) {
+    PiecedSource source(scan, GetParam());
+    source.skipScan();
+    host::u8 spare[1];
+    EXPECT_EQ(source.take(1, spare), nullptr);
+    EXPECT_EQ(source.next_input_byte[1], JPEG_EOI);
+  }
+}
+
+void expectRestarts(klibjpg::InputSource& source, const Bytes& bytes) {
+  host::u8 spare[4];
+  ASSERT_NE(source.take(4, spare), nullptr);
+  source.skipScan();  // to the end
+  source.restart();
+  EXPECT_EQ(source.position(), 0U);
+  const host::u8* const again = source.take(4, spare);
+  ASSERT_NE(again, nullptr);
+  EXPECT_EQ(Bytes(again, again + 4), Bytes(bytes.begin(), bytes.begin() + 4));
+  EXPECT_EQ(source.position(), 4U);
+}
+
+TEST(Source, AFileAndMemoryCanBeReadAgain) {
+  const Bytes bytes = {1, 2, 3, 4, 5, 6, 7};
+  const TemporaryFile file(bytes);
+  klibjpg::FileSource fromFile(file.path().c_str());
+  klibjpg::MemorySource fromMemory(bytes);
+  EXPECT_TRUE(fromFile.canRestart());
+  EXPECT_TRUE(fromMemory.canRestart());
+  expectRestarts(fromFile, bytes);
+  expectRestarts(fromMemory, bytes);
+  EXPECT_FALSE(PiecedSource(bytes, 2).canRestart());
+}
+
+TEST(Source, HoldsWhatLiesInItsBuffer) {
+  PiecedSource source({1, 2, 3, 4}, 3);
+  host::u8 spare[4];
+  EXPECT_FALSE(source.holds(1));
+  ASSERT_NE(source.take(1, spare), nullptr);
+  EXPECT_TRUE(source.holds(2));
+  EXPECT_FALSE(source.holds(3));
 }
 
 TEST(Source, LargeFileIsReadThroughItsBuffer) {

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "platform/system.h"
 #include "tests/windows/support/private_desktop.h"
 #include "tests/windows/support/watchdog.h"
 
@@ -18,6 +19,7 @@ std::chrono::seconds limitOfATest() {
 
 int main(int argc, char** argv) {
   if (const auto result = test::runOnPrivateDesktop()) return *result;
+  SetProcessDPIAware();  // else the system shows 96 dots per inch and enlarges the picture
   testing::InitGoogleMock(&argc, argv);
   // The list owns its listeners.
   testing::UnitTest::GetInstance()->listeners().Append(new test::Watchdog(limitOfATest()));

@@ -1,4 +1,5 @@
-// A file of a test in the temporary folder, gone with this object.
+// A file of a test in the temporary folder, gone with this object. Its name is no other process's:
+// the tests of one program run side by side.
 #pragma once
 
 #include <cstdio>
@@ -17,7 +18,7 @@ class ScratchFile {
   // Names a file that does not exist yet.
   ScratchFile() {
     static unsigned count = 0;
-    const std::string name = "mpo-test-" + std::to_string(GetTickCount64()) + "-" +
+    const std::string name = "kf-test-" + std::to_string(GetTickCount64()) + "-" +
                              std::to_string(GetCurrentThreadId()) + "-" + std::to_string(count++);
     path_ = (std::filesystem::temp_directory_path() / name).string();
   }

@@ -1,0 +1,43 @@
+#include "bench/measure/pairs.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include "bench/measure/statistics.h"
+
+namespace bench {
+namespace {
+
+// Long against the clock's steps and an interrupt, short against a change of the machine's speed.
+constexpr double shortestHalf = 0.02;
+constexpr double mostRepetitions = 10000;
+
+}  // namespace
+
+double secondsOf(const Work& work, unsigned repetitions) {
+  const auto start = std::chrono::steady_clock::now();
+  for (unsigned i = 0; i < repetitions; ++i) work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+Pairs::Pairs(Work ours, Work beside) : ours_(std::move(ours)), beside_(std::move(beside)) {
+  const double quicker = std::min(secondsOf(ours_), secondsOf(beside_));
+  const double wanted = std::ceil(shortestHalf / std::max(quicker, 1e-9));
+  repetitions_ = static_cast<unsigned>(std::clamp(wanted, 1.0, mostRepetitions));
+}
+
+double Pairs::step() {
+  const double ours = secondsOf(ours_, repetitions_);
+  const double beside = secondsOf(beside_, repetitions_);
+  ratios_.push_back(ours / beside);
+  ourTimes_.push_back(ours / repetitions_);
+  besideTimes_.push_back(beside / repetitions_);
+  return ourTimes_.back();
+}
+
+Figure Pairs::figure() const {
+  return {medianOf(ratios_), medianOf(ourTimes_), medianOf(besideTimes_)};
+}
+
+}  // namespace bench

@@ -1,0 +1,275 @@
+// Private data taken out of pictures.
+#include <iostream>
+
+#include "tests/fiohost/support/mpo_fixture.h"
+#include "tests/fiohost/support/secret_pictures.h"
+
+namespace fiohostTest {
+namespace {
+
+using support::ByteOrder;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+class StripTest : public MpoProgramTest {
+ protected:
+  [[nodiscard]] std::string text(const std::string& name) const {
+    const Bytes bytes = readBytes(file(name));
+    return {bytes.begin(), bytes.end()};
+  }
+  [[nodiscard]] nlohmann::json strip(const std::string& name, const std::string& what) const {
+    return runForJson({"strip", name, what, "-o", "open.jpg", "--force", "--json"}).at(0);
+  }
+  [[nodiscard]] static std::vector<std::string> names(const nlohmann::json& parts, int image) {
+    std::vector<std::string> all;
+    for (const nlohmann::json& part : parts) {
+      const bool fits = image == 0 ? part["image"].is_null() : part["image"] == image;
+      if (fits) all.push_back(part["what"]);
+    }
+    return all;
+  }
+  // A pair of pictures, each with places in all its parts.
+  void addSecretPair() const {
+    writeBytes(file("one.jpg"), secretPicture(1, ByteOrder::little));
+    writeBytes(file("two.jpg"), secretPicture(2, ByteOrder::big));
+    addJpeg("left.jpg", {});
+    addJpeg("right.jpg", {});
+    EXPECT_EQ(
+        run({"mpo", "build", "left.jpg", "right.jpg", "--kind", "stereo", "-o", "a.mpo"}).exitCode,
+        0);
+    EXPECT_EQ(run({"mpo", "insert", "a.mpo", "one.jpg", "two.jpg", "-o", "b.mpo"}).exitCode, 0);
+    EXPECT_EQ(run({"mpo", "remove", "b.mpo", "--images", "1,2", "-o", "pair.mpo"}).exitCode, 0);
+  }
+};
+
+TEST_F(StripTest, NoPlaceIsLeftAnywhereAndNothingMoves) {
+  for (const ByteOrder order : {ByteOrder::little, ByteOrder::big}) {
+    const Bytes before = secretPicture(1, order);
+    writeBytes(file("in.jpg"), before);
+    ASSERT_THAT(text("in.jpg"), HasSubstr("SECRET"));
+    const nlohmann::json told = strip("in.jpg", "--gps");
+    EXPECT_THAT(text("open.jpg"), Not(HasSubstr("SECRET")));
+    EXPECT_THAT(text("open.jpg"), Not(HasSubstr("RCES")));  // a little-endian number
+    EXPECT_EQ(readBytes(file("open.jpg")).size(), before.size());
+    EXPECT_EQ(
+        names(told["removed"], 1),
+        (std::vector<std::string>{"telemetry of the camera", "GPS data in EXIF",
+                                  "location properties in XMP", "location datasets in IPTC"}));
+    EXPECT_EQ(names(told["kept"], 1), std::vector<std::string>{"maker note"});
+    EXPECT_EQ(decodeJpeg(readBytes(file("open.jpg"))), decodeJpeg(before));
+  }
+}
+
+TEST_F(StripTest, WhatTellsNoPlaceStays) {
+  writeBytes(file("in.jpg"), secretPicture(1, ByteOrder::big));
+  static_cast<void>(strip("in.jpg", "--gps"));
+  for (const char* kept : {"Open Maker", "a maker's note", "a comment", "a colour profile",
+                           "dc:format='open'", "<dc:title>open</dc:title>", "caption"}) {
+    EXPECT_THAT(text("open.jpg"), HasSubstr(kept));
+  }
+  const nlohmann::json again = runForJson({"strip", "open.jpg", "--gps", "-o", "b.jpg", "--json"});
+  EXPECT_TRUE(names(again[0]["removed"], 1).empty() ||
+              names(again[0]["removed"], 1) == std::vector<std::string>{"telemetry of the camera"});
+}
+
+TEST_F(StripTest, APropertyInTwoSegmentsIsFound) {
+  const std::string packet = "<rdf:RDF><exif:GPSLatitude>SECRET</exif:GPSLatitude>open</rdf:RDF>";
+  const auto size = static_cast<std::uint32_t>(packet.size());
+  const std::string guid(32, 'A');
+  writeBytes(file("in.jpg"), JpegBuilder()
+                                 .extendedXmp(guid, size, 0, bytesOf(packet.substr(0, 30)))
+                                 .extendedXmp(guid, size, 30, bytesOf(packet.substr(30)))
+                                 .build());
+  static_cast<void>(strip("in.jpg", "--gps"));
+  EXPECT_THAT(text("open.jpg"), Not(HasSubstr("SEC")));
+  EXPECT_THAT(text("open.jpg"), Not(HasSubstr("RET")));
+  EXPECT_THAT(text("open.jpg"), HasSubstr("open</rdf:RDF>"));
+}
+
+TEST_F(StripTest, APacketInUtf16IsRead) {
+  for (const bool big : {false, true}) {
+    Bytes wide;
+    for (const std::uint8_t character : secretXmp()) {
+      if (big) wide.push_back(0);
+      wide.push_back(character);
+      if (!big) wide.push_back(0);
+    }
+    writeBytes(file("in.jpg"), JpegBuilder().xmp(wide).build());
+    const nlohmann::json told = strip("in.jpg", "--gps");
+    EXPECT_EQ(names(told["removed"], 1), std::vector<std::string>{"location properties in XMP"});
+    EXPECT_THAT(text("open.jpg"), Not(HasSubstr(std::string("S\0E\0C", 5))));
+    EXPECT_THAT(text("open.jpg"), HasSubstr(std::string("o\0p\0e\0n\0<", 9)));
+  }
+}
+
+TEST_F(StripTest, EveryImageAndWhatFollowsThem) {
+  addSecretPair();
+  Bytes bytes = readBytes(file("pair.mpo"));
+  const std::size_t images = bytes.size();
+  bytes = joined(bytes, joined({0, 0, 0, 1}, secretPicture(3, ByteOrder::little)));
+  bytes = joined(bytes, joined({0, 0, 0, 18, 0xA9, 'x', 'y', 'z', 0, 6}, bytesOf("SECRET+1")));
+  writeBytes(file("in.mpo"), bytes);
+  const nlohmann::json told = strip("in.mpo", "--gps");
+  EXPECT_THAT(text("open.jpg"), Not(HasSubstr("SECRET")));
+  EXPECT_EQ(readBytes(file("open.jpg")).size(), bytes.size());
+  EXPECT_THAT(names(told["removed"], 1), Contains("GPS data in EXIF"));
+  EXPECT_THAT(names(told["removed"], 2), Contains("location properties in XMP"));
+  EXPECT_THAT(names(told["removed"], 0), Contains("GPS data in EXIF"));
+  EXPECT_THAT(names(told["removed"], 0), Contains("place of a video"));
+  EXPECT_EQ(run({"mpo", "verify", "open.jpg"}).exitCode, 0);
+  const nlohmann::json all = strip("in.mpo", "--all");
+  EXPECT_LT(readBytes(file("open.jpg")).size(), images);
+  EXPECT_THAT(names(all["removed"], 0), Contains("a picture that no index lists"));
+  EXPECT_EQ(run({"mpo", "verify", "open.jpg"}).exitCode, 0);
+}
+
+TEST_F(StripTest, AllLeavesWhatAPictureNeeds) {
+  const Bytes before = secretPicture(1, ByteOrder::little);
+  Bytes bytes = before;
+  bytes.insert(bytes.end(), {'m', 'o', 'r', 'e'});
+  writeBytes(file("in.jpg"), bytes);
+  const nlohmann::json told = strip("in.jpg", "--all");
+  const Bytes after = readBytes(file("open.jpg"));
+  EXPECT_EQ(decodeJpeg(after), decodeJpeg(before));
+  std::vector<int> markers;
+  for (const AppSegment& segment : appSegments(after)) markers.push_back(segment.first);
+  EXPECT_EQ(markers, (std::vector<int>{0xE1, 0xE2}));  // the orientation and the colour profile
+  EXPECT_EQ(
+      appSegments(after)[0].second,
+      std::string("Exif\0\0MM\0*\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0\0\0\0\0", 32));
+  for (const char* secret : {"SECRET", "Open", "note", "comment", "caption", "more"}) {
+    EXPECT_THAT(text("open.jpg"), Not(HasSubstr(secret))) << secret;
+  }
+  EXPECT_EQ(names(told["removed"], 0), std::vector<std::string>{"data that is no picture"});
+  EXPECT_EQ(names(told["removed"], 1),
+            (std::vector<std::string>{"EXIF", "XMP", "Photoshop resources", "comment", "APP6"}));
+  EXPECT_EQ(run({"strip", "open.jpg", "--all", "--in-place"}).out,
+            "open.jpg -> open.jpg, " + std::to_string(after.size()) +
+                " bytes\n  removed       nothing, there was none\n");
+  EXPECT_EQ(readBytes(file("open.jpg")), after);
+}
+
+TEST_F(StripTest, AllKeepsAMultiPictureFileWhole) {
+  addSecretPair();
+  static_cast<void>(strip("pair.mpo", "--all"));
+  EXPECT_EQ(run({"mpo", "verify", "open.jpg"}).exitCode, 0);
+  writeBytes(file("open.mpo"), readBytes(file("open.jpg")));
+  const nlohmann::json images = info("open.mpo")["images"];
+  ASSERT_EQ(images.size(), 2U);
+  EXPECT_EQ(images[1]["individualNumber"], 2);
+  EXPECT_EQ(images[1]["class"], "disparity (stereo)");
+  EXPECT_THAT(text("open.mpo"), Not(HasSubstr("SECRET")));
+  expectExtractionAgrees("open.mpo", "open");
+}
+
+TEST_F(StripTest, AFileWhoseIndexListsOthersThatAreGoneIsOnePicture) {
+  addSecretPair();
+  Bytes bytes = readBytes(file("pair.mpo"));
+  bytes.resize(info("pair.mpo")["images"][1]["offset"]);
+  writeBytes(file("one-left.jpg"), bytes);
+  const nlohmann::json told = strip("one-left.jpg", "--all");
+  EXPECT_THAT(names(told["removed"], 1), Contains("multi-picture index"));
+  EXPECT_THAT(text("open.jpg"), Not(HasSubstr("MPF")));
+}
+
+TEST_F(StripTest, OutputsAreFilesFoldersOrTheInputsThemselves) {
+  writeBytes(file("one.jpg"), secretPicture(1, ByteOrder::little));
+  writeBytes(file("two.jpg"), secretPicture(2, ByteOrder::big));
+  std::filesystem::create_directory(file("folder"));
+  EXPECT_EQ(run({"strip", "one.jpg", "two.jpg", "--gps", "-o", "folder"}).exitCode, 0);
+  EXPECT_EQ(namesIn(file("folder")), (std::vector<std::string>{"one.jpg", "two.jpg"}));
+  EXPECT_EQ(run({"strip", "one.jpg", "--gps", "-o", "folder"}).exitCode, 1);  // it is there
+  EXPECT_EQ(run({"strip", "one.jpg", "two.jpg", "--gps", "-o", "x.jpg"}).exitCode, 1);
+  EXPECT_EQ(run({"strip", "one.jpg", "two.jpg", "--gps", "--in-place"}).exitCode, 0);
+  EXPECT_EQ(readBytes(file("one.jpg")), readBytes(file("folder/one.jpg")));
+  writeBytes(file("bad.jpg"), {'t', 'e', 'x', 't'});
+  const ProcessResult bad = run({"strip", "bad.jpg", "--all", "--in-place"});
+  EXPECT_EQ(bad.exitCode, 1);
+  EXPECT_THAT(bad.err, HasSubstr("bad.jpg: this is no JPEG file"));
+  EXPECT_EQ(text("bad.jpg"), "text");
+}
+
+TEST_F(StripTest, WrongOptionsAreUsageErrors) {
+  EXPECT_EQ(run({"strip", "a.jpg", "-o", "b.jpg"}).exitCode, 2);
+  EXPECT_EQ(run({"strip", "a.jpg", "--gps"}).exitCode, 2);
+  EXPECT_EQ(run({"strip", "a.jpg", "--gps", "--all", "-o", "b.jpg"}).exitCode, 2);
+  EXPECT_EQ(run({"strip", "a.jpg", "--gps", "--in-place", "-o", "b.jpg"}).exitCode, 2);
+}
+
+#ifdef KF_SAMPLES
+constexpr const char* exiftool = "/usr/bin/exiftool";
+
+TEST_F(StripTest, ExiftoolFindsNoPlaceInRealFilesEither) {
+  if (!std::filesystem::exists(KF_SAMPLES) || !std::filesystem::exists(exiftool)) {
+    std::cout << "Real files were skipped: they or exiftool are not there\n";
+    return;
+  }
+  unsigned withPlaces = 0;
+  for (const char* part : {"jpeg", "mpo", "ciff"}) {
+    for (const auto& entry :
+         std::filesystem::directory_iterator(std::filesystem::path(KF_SAMPLES) / part)) {
+      writeBytes(file("x.jpg"), readBytes(entry.path()));
+      const std::vector<std::string> places = {"-a",
+                                               "-G1",
+                                               "-s",
+                                               "-ee",
+                                               "-GPS*",
+                                               "-City",
+                                               "-State",
+                                               "-Sub-location",
+                                               "-Province-State",
+                                               "-Country*",
+                                               "-Location*",
+                                               "-ContentLocation*",
+                                               "-x",
+                                               "RMETA:all",
+                                               "-x",
+                                               "JSON:all",
+                                               "-x",
+                                               "MakerNotes:all"};
+      const auto told = [&](const std::string& name) {
+        std::vector<std::string> words = places;
+        words.push_back(name);
+        return runProcess(exiftool, words, folder(), folder()).out;
+      };
+      if (!told("x.jpg").empty()) ++withPlaces;
+      ASSERT_EQ(run({"strip", "x.jpg", "--gps", "--in-place"}).exitCode, 0) << entry.path();
+      EXPECT_EQ(told("x.jpg"), "") << entry.path();
+      ASSERT_EQ(run({"strip", "x.jpg", "--all", "--in-place"}).exitCode, 0) << entry.path();
+      const ProcessResult rest = runProcess(
+          exiftool,
+          {"-a", "-G1", "-s", "-EXIF:all", "-XMP:all", "-IPTC:all", "-Photoshop:all",
+           "-MakerNotes:all", "-FlashPix:all", "-Trailer:all", "--EXIF:Orientation", "x.jpg"},
+          folder(), folder());
+      EXPECT_EQ(rest.out, "") << entry.path();
+    }
+  }
+  EXPECT_GT(withPlaces, 5U);
+}
+
+TEST_F(StripTest, ExiftoolFindsNoPlaceInThumbnailsAndSecondImages) {
+  if (!std::filesystem::exists(exiftool)) {
+    std::cout << "The check was skipped: there is no exiftool\n";
+    return;
+  }
+  addSecretPair();
+  EXPECT_EQ(run({"strip", "pair.mpo", "--gps", "-o", "open.mpo"}).exitCode, 0);
+  EXPECT_EQ(run({"mpo", "extract", "open.mpo", "-o", ".", "--jpeg"}).exitCode, 0);
+  for (const char* image : {"open-1.jpg", "open-2.jpg"}) {
+    const ProcessResult thumbnail = runProcess(
+        exiftool, {"-b", "-W!", "%f-thumbnail.jpg", "-ThumbnailImage", image}, folder(), folder());
+    EXPECT_EQ(thumbnail.exitCode, 0) << thumbnail.err;
+    const std::string stem = std::string(image).substr(0, 6);
+    for (const std::string& name : {std::string(image), stem + "-thumbnail.jpg"}) {
+      const ProcessResult gps =
+          runProcess(exiftool, {"-a", "-s", "-ee", "-GPS*", "-City", name}, folder(), folder());
+      EXPECT_EQ(gps.exitCode, 0) << name << gps.err;
+      EXPECT_EQ(gps.out, "") << name;
+    }
+  }
+}
+#endif
+
+}  // namespace
+}  // namespace fiohostTest
