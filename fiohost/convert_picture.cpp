@@ -23,20 +23,23 @@ struct RowSupply {
   Progress* progress;
   host::u32 height;
   std::vector<host::u8*> preview;  // none when no thumbnail is wanted
+  const std::function<bool(host::u32, host::u32)>& goesOn;
   host::u8* row = nullptr;
 
   static void* onRequest(void* context, host::u64, host::u32 first, host::u32, host::u32,
                          host::u32 second, host::i32, host::i32) noexcept {
     auto& supply = *static_cast<RowSupply*>(context);
     if (second == 0) return supply.preview.empty() ? nullptr : supply.preview.data();
+    if (supply.goesOn && !supply.goesOn(first, supply.height)) return nullptr;
     supply.row = supply.pipe->take();
     supply.progress->update(first, supply.height);
     return supply.row != nullptr ? &supply.row : nullptr;
   }
 };
 
-SaveSettings chooseSettings(const host::JpegTail& source, const ConvertOptions& options) {
-  SaveSettings chosen = SettingsFile(pluginFolder()).load();
+SaveSettings chooseSettings(const Session& session, const host::JpegTail& source,
+                            const ConvertOptions& options) {
+  SaveSettings chosen = SettingsFile(session.folder).load();
   if (options.keepSourceSettings) {
     chosen.mode = source.mode;
     chosen.sample = source.sample;
@@ -49,12 +52,22 @@ SaveSettings chooseSettings(const host::JpegTail& source, const ConvertOptions& 
   return chosen;
 }
 
-SaveSettings confirmSettings(const Session& session, const Described& described) {
-  if (!session.plugin.showSaveOptions(described.fileData.handle())) {
-    throw Failure("saving was cancelled", "nothing was written");
-  }
+void giveSettings(FileData& fileData, const SaveSettings& settings) {
+  fileData.setSaveOptions({settings.quality, settings.mode, settings.sample, settings.jfif});
+}
+
+// Nothing when the user cancelled.
+std::optional<SaveSettings> confirmSettings(const Session& session, const Described& described,
+                                            HWND owner = nullptr) {
+  if (!session.plugin.showSaveOptions(described.fileData.handle(), owner)) return std::nullopt;
   const host::JpegTail chosen = described.fileData.jpegTail();
-  return {chosen.mode, chosen.sample, chosen.quality, chosen.jfif};
+  return SaveSettings{chosen.mode, chosen.sample, chosen.quality, chosen.jfif};
+}
+
+SaveSettings confirmedOrFail(const Session& session, const Described& described) {
+  const std::optional<SaveSettings> confirmed = confirmSettings(session, described);
+  if (!confirmed) throw Failure("saving was cancelled", "nothing was written");
+  return *confirmed;
 }
 
 // The file as the JPEG picture that it begins with. The copy, if one was made, goes with it.
@@ -112,12 +125,12 @@ PreviewRows takePreview(const Session& session, const SourceFile& file, FileData
 }
 
 void writeRows(const Session& session, const SourceFile& file, Described& described,
-               bool severalPasses, PreviewRows& preview) {
+               bool severalPasses, PreviewRows& preview, const ConvertOptions& options) {
   const host::FileDataRecord record = described.fileData.common();
   Progress progress(file.name());
   RowPipe pipe(severalPasses);
   RowReader reader(session, file, pipe);
-  RowSupply supply = {&pipe, &progress, record.height, preview.rows()};
+  RowSupply supply = {&pipe, &progress, record.height, preview.rows(), options.goesOn};
   session.reports.clear();
   const int result =
       session.plugin.write(described.fileData.handle(), &supply, &RowSupply::onRequest);
@@ -145,6 +158,16 @@ void appendOthers(const SourceFile& source, OutputFile& output,
 
 }  // namespace
 
+std::optional<SaveSettings> askSaveSettings(const Session& session, const SourceFile& source,
+                                            const ConvertOptions& options, HWND owner) {
+  FirstPicture first = firstPictureOf(session, source, options.behind);
+  FileData& fileData = first.described.fileData;
+  // The dialog goes by the segments that were found, too.
+  session.plugin.loadProperties(fileData.handle());
+  giveSettings(fileData, chooseSettings(session, fileData.jpegTail(), options));
+  return confirmSettings(session, first.described, owner);
+}
+
 Converted convertPicture(const Session& session, const SourceFile& source,
                          const std::string& outputName, const ConvertOptions& options,
                          const MetadataEdit* edit) {
@@ -161,14 +184,13 @@ Converted convertPicture(const Session& session, const SourceFile& source,
   PreviewRows preview;
   if (edited.exif) preview = takePreview(session, file, described.fileData);
   const host::JpegTail sourceTail = described.fileData.jpegTail();
-  SaveSettings settings = chooseSettings(sourceTail, options);
-  described.fileData.setSaveOptions(
-      {settings.quality, settings.mode, settings.sample, settings.jfif});
-  if (options.askUser) settings = confirmSettings(session, described);
+  SaveSettings settings = chooseSettings(session, sourceTail, options);
+  giveSettings(described.fileData, settings);
+  if (options.askUser) settings = confirmedOrFail(session, described);
   OutputFile output(outputName, options.replace ? Existing::replaced : Existing::refused);
   const std::filesystem::path written = output.handOver();
   described.fileData.setSourcePath(written);
-  writeRows(session, file, described, sourceTail.mode != host::modeBaseline, preview);
+  writeRows(session, file, described, sourceTail.mode != host::modeBaseline, preview, options);
   requireExifSegment(described.fileData);
   {
     const SourceFile saved(platform::displayPath(written));

@@ -28,6 +28,9 @@ struct ConvertOptions {
   bool replace = false;  // an existing output
   // A file that is a multi-picture one by its name too is not saved when nothing is said.
   BehindPicture behind = BehindPicture::refused;
+  // Asked with the rows that were written and their number; false stops the save. Null: nobody
+  // asks.
+  std::function<bool(host::u32 done, host::u32 total)> goesOn;
 };
 
 // What is done to the metadata on the way. Both may throw Failure, and nothing is written then.
@@ -41,6 +44,11 @@ struct Converted {
   std::uint64_t byteCount;
   std::vector<SegmentOutcome> segments;
 };
+
+// Lets the user change, in the plug-in's dialog over its owner, what a save of the file would take.
+// Nothing when the user cancelled. Throws Failure.
+std::optional<SaveSettings> askSaveSettings(const Session& session, const SourceFile& file,
+                                            const ConvertOptions& options, HWND owner);
 
 // Writes outputName, which may be the source itself; it appears complete or not at all. Throws
 // Failure and leaves everything as it was. edit: null for none. An EXIF segment that is built anew

@@ -56,17 +56,17 @@ void Plugin::loadProperties(HGLOBAL fileData) const {
 
 bool Plugin::hasWindows() const noexcept { return module_.has(host::ordinalShowProperty); }
 
-void Plugin::showProperties(HGLOBAL fileData) const {
+void Plugin::showProperties(HGLOBAL fileData, HWND owner) const {
   constexpr int failed = -1;
   auto* show = module_.entry<host::ShowPropertyEntry>(host::ordinalShowProperty);
-  if (show(nullptr, fileData, 0, nullptr, 0) == failed) {
+  if (show(owner, fileData, 0, nullptr, 0) == failed) {
     throw Failure("the property dialog cannot be opened", "see that there is a display");
   }
 }
 
-bool Plugin::showSaveOptions(HGLOBAL fileData) const {
+bool Plugin::showSaveOptions(HGLOBAL fileData, HWND owner) const {
   auto* show = module_.entry<host::JpgShowDlgEntry>(host::ordinalJpgShowDlgSaveOption);
-  return show(0, nullptr, fileData) == 1;
+  return show(0, owner, fileData) == 1;
 }
 
 void Plugin::setProperties(HGLOBAL fileData, HGLOBAL properties) const {

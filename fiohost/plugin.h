@@ -40,12 +40,12 @@ class Plugin {
   void loadProperties(HGLOBAL fileData) const;
   // Whether this build of the plug-in has dialogs; the native one has none.
   [[nodiscard]] bool hasWindows() const noexcept;
-  // Shows the file's properties in a dialog and returns when it is closed. Throws Failure when it
-  // cannot be opened.
-  void showProperties(HGLOBAL fileData) const;
-  // Lets the user change the record's save options, which become the settings too. False when the
-  // user cancelled.
-  [[nodiscard]] bool showSaveOptions(HGLOBAL fileData) const;
+  // Shows the file's properties in a dialog over its owner, null for none, and returns when it is
+  // closed. Throws Failure when it cannot be opened.
+  void showProperties(HGLOBAL fileData, HWND owner = nullptr) const;
+  // Lets the user change the record's save options in such a dialog; they become the settings too.
+  // False when the user cancelled.
+  [[nodiscard]] bool showSaveOptions(HGLOBAL fileData, HWND owner = nullptr) const;
   // Hands an edited property record back: its camera data is built anew from its fields. The
   // plug-in does not tell whether it could.
   void setProperties(HGLOBAL fileData, HGLOBAL properties) const;

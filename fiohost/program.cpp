@@ -10,6 +10,8 @@
 #include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
 #include "fiohost/interrupt.h"
+#include "fiohost/view/implied_command.h"
+#include "platform/console/console.h"
 
 namespace fiohost {
 namespace {
@@ -86,7 +88,8 @@ void tellOfNoMemory() noexcept {
 int runProgram(std::vector<std::string> arguments) {
   std::set_terminate(&endWithoutMemory);
   try {
-    return parseAndRun(std::move(arguments));
+    const view::Start start = {platform::showsWindows, platform::hasConsoleToItself()};
+    return parseAndRun(view::withImpliedCommand(std::move(arguments), start));
   } catch (const std::bad_alloc&) {  // even telling of a failure takes memory
     tellOfNoMemory();
     return exitSomeFailed;

@@ -8,8 +8,9 @@ std::filesystem::path pluginFolder() { return platform::programFile().parent_pat
 
 Session::Session() : Session(pluginFolder()) {}
 
-Session::Session(const std::filesystem::path& folder)
-    : codec(folder),
+Session::Session(const std::filesystem::path& path)
+    : folder(path),
+      codec(folder),
       exif(folder),
       utilities(folder),
       reports(folder),

@@ -13,8 +13,10 @@ struct Session {
   // Loads everything from the folder "fio" beside the program. Throws Failure naming what is
   // missing.
   Session();
+  // folder: where the plug-in lies.
   explicit Session(const std::filesystem::path& folder);
 
+  std::filesystem::path folder;
   Codec codec;
   ExifLibrary exif;
   FileUtilities utilities;

@@ -4,24 +4,11 @@
 #include <new>
 
 #include "platform/global_memory.h"
+#include "platform/window_handles.h"
 #include "viewer/wide_text.h"
 
 namespace viewer {
 namespace {
-
-class OpenedClipboard {
- public:
-  explicit OpenedClipboard(HWND owner) noexcept : isOpen_(OpenClipboard(owner) != FALSE) {}
-  OpenedClipboard(const OpenedClipboard&) = delete;
-  OpenedClipboard& operator=(const OpenedClipboard&) = delete;
-  ~OpenedClipboard() {
-    if (isOpen_) CloseClipboard();
-  }
-  explicit operator bool() const noexcept { return isOpen_; }
-
- private:
-  bool isOpen_;
-};
 
 platform::OwnedGlobal blockOf(std::wstring_view text) noexcept {
   const std::size_t bytes = text.size() * sizeof(wchar_t);
@@ -41,9 +28,9 @@ bool isCopyKey(WORD virtualKey) noexcept {
 void copyText(HWND owner, std::wstring_view text) noexcept {
   if (text.empty()) return;
   platform::OwnedGlobal block = blockOf(text);
-  const OpenedClipboard clipboard(owner);
-  if (!block || !clipboard || EmptyClipboard() == FALSE) return;
-  if (SetClipboardData(CF_UNICODETEXT, block.get()) != nullptr) static_cast<void>(block.release());
+  const platform::OpenedClipboard clipboard(owner);
+  if (!block || !clipboard) return;
+  static_cast<void>(clipboard.put(CF_UNICODETEXT, std::move(block)));
 }
 
 void copyText(HWND owner, std::string_view text) noexcept {

@@ -58,5 +58,6 @@ std::unique_ptr<Command> makeSetCommand();
 std::unique_ptr<Command> makeSettingsCommand();
 std::unique_ptr<Command> makeShowCommand();
 std::unique_ptr<Command> makeStripCommand();
+std::unique_ptr<Command> makeViewCommand();
 
 }  // namespace fiohost

@@ -19,6 +19,7 @@ constexpr std::array commands = {
                  &makeShowCommand},
     CommandEntry{"settings", "show or change the save options", &makeSettingsCommand},
     CommandEntry{"strip", "take private data out of pictures", &makeStripCommand},
+    CommandEntry{"view", "show pictures in a window (Windows)", &makeViewCommand},
 };
 
 }  // namespace

@@ -26,6 +26,9 @@ void showUtf8();
 // Throws std::filesystem::filesystem_error when there is no such path.
 [[nodiscard]] std::filesystem::path systemPath(const std::string& text);
 
+// The files of a folder, without folders; none of one that cannot be read. Full paths.
+[[nodiscard]] std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder);
+
 // A path for people: UTF-8, without a prefix.
 [[nodiscard]] std::string displayPath(const std::filesystem::path& path);
 
@@ -49,6 +52,20 @@ using OwnedFile = std::unique_ptr<std::FILE, CloseFile>;
 
 // Loads the library at a full path; null when it is not there or refuses to load.
 [[nodiscard]] HMODULE loadModule(const std::filesystem::path& path);
+
+// Whether programs of this system's build open windows.
+#ifdef _WIN32
+inline constexpr bool showsWindows = true;
+#else
+inline constexpr bool showsWindows = false;
+#endif
+
+// Whether the system opened a console for this program alone, as for a double click, and its output
+// goes there: no shell waits behind it.
+[[nodiscard]] bool hasConsoleToItself();
+
+// Closes such a console, for a program that has a window instead.
+void leaveOwnConsole();
 
 // A number that no other running process has.
 [[nodiscard]] unsigned long processNumber();

@@ -23,6 +23,17 @@ std::filesystem::path systemPath(const std::string& text) {
   return std::filesystem::absolute(fromStartFolder(text));
 }
 
+std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> files;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    std::error_code ignored;
+    if (entry->is_regular_file(ignored)) files.push_back(entry->path());
+  }
+  return files;
+}
+
 std::string displayPath(const std::filesystem::path& path) { return path.string(); }
 
 std::optional<std::string> ansiPath(const std::filesystem::path& path) { return path.string(); }
@@ -47,6 +58,10 @@ OwnedFile createNewFile(const std::filesystem::path& path) {
 }
 
 HMODULE loadModule(const std::filesystem::path& path) { return LoadLibraryA(path.c_str()); }
+
+bool hasConsoleToItself() { return false; }
+
+void leaveOwnConsole() {}
 
 unsigned long processNumber() { return static_cast<unsigned long>(getpid()); }
 

@@ -21,6 +21,12 @@ struct FreeLocal {
   void operator()(LPWSTR* list) const noexcept { LocalFree(list); }
 };
 
+struct CloseSearch {
+  void operator()(HANDLE search) const noexcept {
+    if (search != INVALID_HANDLE_VALUE) FindClose(search);
+  }
+};
+
 std::string narrowed(const std::wstring& text, UINT codePage, DWORD flags, BOOL* lost) {
   const int length = static_cast<int>(text.size());
   const int size =
@@ -93,6 +99,20 @@ std::filesystem::path systemPath(const std::string& text) {
   return std::wstring(longPrefix) + path;
 }
 
+// The iterator of the standard library ends at MAX_PATH.
+std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> files;
+  WIN32_FIND_DATAW entry = {};
+  const std::unique_ptr<void, CloseSearch> search(FindFirstFileW((folder / "*").c_str(), &entry));
+  if (search.get() == INVALID_HANDLE_VALUE) return files;
+  do {
+    if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+      files.push_back(folder / entry.cFileName);
+    }
+  } while (FindNextFileW(search.get(), &entry) != FALSE);
+  return files;
+}
+
 std::string displayPath(const std::filesystem::path& path) {
   return narrowed(withoutPrefix(path.wstring()), CP_UTF8, 0, nullptr);
 }
@@ -132,6 +152,15 @@ OwnedFile createNewFile(const std::filesystem::path& path) {
 }
 
 HMODULE loadModule(const std::filesystem::path& path) { return LoadLibraryW(path.c_str()); }
+
+bool hasConsoleToItself() {
+  DWORD processes[2] = {};
+  return GetConsoleProcessList(processes, 2) == 1 && isTerminal(stdout);
+}
+
+void leaveOwnConsole() {
+  if (hasConsoleToItself()) FreeConsole();
+}
 
 unsigned long processNumber() { return GetCurrentProcessId(); }
 

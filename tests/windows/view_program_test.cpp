@@ -1,0 +1,58 @@
+// fiohost with files and nothing else, as when they are dropped on it: the window shows them.
+#include <future>
+
+#include "tests/fiohost/support/program_fixture.h"
+#include "tests/windows/support/polling.h"
+#include "tests/windows/support/window.h"
+
+namespace fiohostTest {
+namespace {
+
+using test::Window;
+
+class ViewProgramTest : public ProgramTest {
+ protected:
+  void SetUp() override {
+    SetEnvironmentVariableA("KFIO_INI", platform::displayPath(file("settings.ini")).c_str());
+    addJpeg("a.jpg", {});
+  }
+  std::future<ProcessResult> start(const std::vector<std::string>& arguments) {
+    return std::async(std::launch::async, [this, arguments] { return run(arguments); });
+  }
+  // The program's window once it shows a title.
+  static Window window(const std::string& title) {
+    HWND found = nullptr;
+    EXPECT_TRUE(test::eventually([&] {
+      found = FindWindowA("KfPictureWindow", title.c_str());
+      return found != nullptr && Window(found).visible();
+    })) << title;
+    return Window(found);
+  }
+};
+
+TEST_F(ViewProgramTest, TheCommandShowsAFile) {
+  auto result = start({"view", "a.jpg"});
+  window("a.jpg (1 of 1) - fiohost").post(WM_CLOSE);
+  const ProcessResult ended = result.get();
+  EXPECT_EQ(ended.exitCode, 0);
+  EXPECT_EQ(ended.out, "");
+  EXPECT_EQ(ended.err, "");
+  EXPECT_THAT(readText(file("settings.ini")), testing::HasSubstr("[KF_VIEW]"));
+}
+
+TEST_F(ViewProgramTest, FilesAloneMeanTheWindow) {
+  addJpeg("b.jpg", {});
+  auto result = start({platform::displayPath(file("b.jpg")), platform::displayPath(file("a.jpg"))});
+  window("b.jpg (1 of 2) - fiohost").post(WM_CLOSE);
+  EXPECT_EQ(result.get().exitCode, 0);
+}
+
+TEST_F(ViewProgramTest, WithoutFilesItIsEmpty) {
+  auto result = start({"view"});
+  const Window empty = window("fiohost");
+  empty.post(WM_COMMAND, 108);  // Exit
+  EXPECT_EQ(result.get().exitCode, 0);
+}
+
+}  // namespace
+}  // namespace fiohostTest
