@@ -26,7 +26,7 @@ void printFailure(const std::string& file, const Failure& failure);
 struct FileResult {
   std::string words;
   Json json;
-  std::string warning;  // a line for the standard error
+  std::string warning = {};  // a line for the standard error
 };
 
 // What became of an input that was saved anew.

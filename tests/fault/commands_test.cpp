@@ -124,16 +124,17 @@ class Commands : public testing::TestWithParam<Case> {
 TEST_P(Commands, SucceedWholeOrLeaveEverythingAsItWas) {
   const auto& [command, resource, extent] = GetParam();
   std::vector<std::string> passed;
-  const Operation operation = {command.name,
-                               [&] {
-                                 reset();
-                                 passed = arguments();
-                               },
-                               [&] {
-                                 const Silence silence;
-                                 return fiohost::runProgram(std::move(passed)) == 0;
-                               },
-                               [&](bool succeeded) { check(succeeded); }};
+  Operation operation = {command.name,
+                         [&] {
+                           reset();
+                           passed = arguments();
+                         },
+                         [&] {
+                           const Silence silence;
+                           return fiohost::runProgram(std::move(passed)) == 0;
+                         },
+                         [&](bool succeeded) { check(succeeded); }};
+  operation.ownProcess = resource == Resource::heap;
   failEverywhere(operation, resource, extent);
 }
 

@@ -1,6 +1,8 @@
 #include "tests/fault/machine.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -45,6 +47,37 @@ Outcome runOnce(const Operation& operation, Resource resource, std::size_t numbe
   return {fault.struck(), succeeded};
 }
 
+// How a run in a process of its own ends. The program itself ends with 1 where nothing else is
+// left to do.
+enum ChildExit : int {
+  clean = 0,
+  endedByItself = 1,
+  succeededAll = 2,
+  failed = 3,
+  leftSomething = 4
+};
+
+[[noreturn]] void endChild(const Operation& operation, const Outcome& outcome,
+                           const State& before) {
+  expectSame(before, operation);
+  if (testing::Test::HasFailure()) _exit(leftSomething);
+  if (!outcome.struck) _exit(outcome.succeeded ? clean : leftSomething);
+  _exit(outcome.succeeded ? succeededAll : failed);
+}
+
+Outcome runInChild(const Operation& operation, Resource resource, std::size_t number,
+                   Extent extent) {
+  const State before;
+  const pid_t child = fork();
+  if (child == 0) endChild(operation, runOnce(operation, resource, number, extent), before);
+  int status = 0;
+  EXPECT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
+  const int code = WIFEXITED(status) ? WEXITSTATUS(status) : static_cast<int>(leftSomething);
+  EXPECT_NE(code, leftSomething) << "what the run left is told above";
+  return {code != clean, code == clean || code == succeededAll};
+}
+
 }  // namespace
 
 void failEverywhere(const Operation& operation, Resource resource, Extent extent) {
@@ -54,7 +87,8 @@ void failEverywhere(const Operation& operation, Resource resource, Extent extent
     operation.prepare();
     const State before;
     const std::size_t heapBefore = liveHeapBlocks();
-    const Outcome outcome = runOnce(operation, resource, number, extent);
+    const Outcome outcome = operation.ownProcess ? runInChild(operation, resource, number, extent)
+                                                 : runOnce(operation, resource, number, extent);
     operation.check(outcome.succeeded);
     if (operation.countsHeap) {
       EXPECT_EQ(liveHeapBlocks(), heapBefore) << "blocks of the C heap left";

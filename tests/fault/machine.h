@@ -21,6 +21,9 @@ struct Operation {
   std::size_t keptBlocks = 0;
   // Whether the C heap has to be as before too: not when the run begins with what lives on.
   bool countsHeap = false;
+  // Whether the operation may end its process, as a program without memory does: each run has one
+  // of its own then.
+  bool ownProcess = false;
 };
 
 // Runs the operation with the N-th use of the resource failing, N = 1, 2, 3 ... until a run meets
