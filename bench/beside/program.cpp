@@ -14,6 +14,7 @@ namespace {
 
 std::vector<char*> argumentList(const std::vector<std::string>& arguments) {
   std::vector<char*> list;
+  list.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) list.push_back(const_cast<char*>(argument.c_str()));
   list.push_back(nullptr);
   return list;

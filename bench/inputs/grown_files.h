@@ -7,8 +7,8 @@
 
 namespace bench {
 
-// A small picture whose EXIF directory has that many entries, up to 65,535. They would not all fit a
-// segment, so the directory lies behind the picture, where an offset of the segment leads.
+// A small picture whose EXIF directory has that many entries, up to 65,535. They would not all fit
+// a segment, so the directory lies behind the picture, where an offset of the segment leads.
 void writeEntries(const std::filesystem::path& path, host::u32 count);
 
 // A small picture with that many application segments of about 1,000 bytes, none of them known.

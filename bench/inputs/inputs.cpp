@@ -18,7 +18,7 @@ Folders& folders() {
 }
 
 Path made(const std::string& name, u32 width, u32 height, bool progressive) {
-  const Path path = inputPath(name);
+  Path path = inputPath(name);
   ensureJpeg(path, width, height, progressive);
   return path;
 }
@@ -78,7 +78,7 @@ Paths manyFiles() {
 }
 
 Path mpoOf(u32 images) {
-  const Path path = inputPath(std::to_string(images) + "images.mpo");
+  Path path = inputPath(std::to_string(images) + "images.mpo");
   if (std::filesystem::exists(path)) return path;
   const std::string picture = made("mpo-image.jpg", 1024, 768, false).string();
   fiohost::BuildOptions options;

@@ -23,7 +23,7 @@ class Growth {
   void measure();
   [[nodiscard]] double timeExponent() const;
   [[nodiscard]] double memoryExponent() const;
-  // Of the largest amount of work, in bytes and seconds.
+  // Of the largest amount of work, in bytes and seconds of the processor.
   [[nodiscard]] double largestPeak() const { return peaks_.back(); }
   [[nodiscard]] double largestTime() const { return times_.back(); }
 

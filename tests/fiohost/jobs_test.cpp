@@ -144,7 +144,10 @@ TEST_F(JobsTest, ImagesOfSeveralMultiPictureFilesDoNotMeet) {
     addJpeg("first.jpg", {.width = 100 + i, .height = 20});
     addJpeg("second.jpg", {.width = 200 + i, .height = 20});
     files.push_back("file" + std::to_string(i) + ".mpo");
-    ASSERT_EQ(run({"mpo", "build", "-o", files.back(), "--kind", "stereo", "first.jpg", "second.jpg"}).exitCode, 0);
+    ASSERT_EQ(
+        run({"mpo", "build", "-o", files.back(), "--kind", "stereo", "first.jpg", "second.jpg"})
+            .exitCode,
+        0);
   }
   EXPECT_EQ(expectSame({"properties", "--image", "2", "--json"}, files).exitCode, 0);
   EXPECT_EQ(expectSame({"mpo", "info"}, files).exitCode, 0);
