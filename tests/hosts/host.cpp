@@ -57,7 +57,8 @@ Bytes readFile(const std::string& name) {
 }
 
 Record::Record(fiohost::Family family, const std::string& name)
-    : handle_(session().plugin.describe(family, platform::widePath(fileNamed(name)))
+    : handle_(session()
+                  .plugin.describe(family, platform::widePath(fileNamed(name)))
                   .fileData.release()) {
   namePath(name);
 }

@@ -1,5 +1,6 @@
 // File-data records that are none: null, freed, too small, of another format. Every entry answers
-// what it answers for such a record, and leaves it unlocked and its bytes alone where it is refused.
+// what it answers for such a record, and leaves it unlocked and its bytes alone where it is
+// refused.
 #include "tests/hosts/host.h"
 #include "tests/support/mpf_builder.h"
 
@@ -91,16 +92,19 @@ TEST_P(Records, AFreedOneAnswersNothing) {
 }
 
 TEST_P(Records, OfEverySizeAndTagAreLeftUnlockedAndFreeable) {
-  constexpr std::size_t sizes[] = {1,   4,   263, 264, 559, 599, 692, 716, 723, 737, 738, 745,
-                                   746, 749, 750, 751, 752, 813, 814, 815, 1008, 1009, 1054, 1055,
-                                   39535, 39792, 39793, 40000};
+  constexpr std::size_t sizes[] = {1,    4,    263,  264,  559,   599,   692,   716,  723, 737,
+                                   738,  745,  746,  749,  750,   751,   752,   813,  814, 815,
+                                   1008, 1009, 1054, 1055, 39535, 39792, 39793, 40000};
   for (const host::u32 tag : {0U, host::jpegTailTag, host::mpoTailTag, ~0U}) {
     for (const std::size_t size : sizes) {
       SCOPED_TRACE("size " + std::to_string(size) + ", tag " + std::to_string(tag));
       const NothingLeft check;
       const Record record(size, tag);
       const int answer = GetParam().call(record.handle());
-      EXPECT_TRUE(answer == 0 || answer == -1) << answer;
+      // All images of a list of none are read.
+      const bool emptyList =
+          tag == host::mpoTailTag && GetParam().call == &act<host::actionReadImages>;
+      EXPECT_TRUE(answer == 0 || answer == -1 || (emptyList && answer == 1)) << answer;
       EXPECT_TRUE(record.unlocked());
     }
   }
