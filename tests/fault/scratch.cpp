@@ -4,38 +4,14 @@
 #include <fstream>
 #include <iterator>
 
-#include "tests/heap/heap_model.h"
+#include "tests/support/memory_folder.h"
 #include "tests/support/mpf_builder.h"
+#include "tests/support/rich_parts.h"
 
 namespace fault {
-namespace {
-
-using support::bytesOf;
-
-Bytes exif() {
-  support::TiffBuilder tiff;
-  tiff.ifd0().text(0x010F, "Maker").shorts(0x0112, {1});
-  tiff.exif().rationals(0x829A, {{1, 250}}).shorts(0x8827, {100});
-  tiff.gps().bytes(0, {2, 3, 0, 0});
-  return tiff.thumbnail(support::JpegBuilder().size(16, 8).build()).build();
-}
-
-Bytes heap() {
-  return test::ModelHeap{false,
-                         {{0x0816, test::texts({"IMG_001.JPG"})},
-                          {0x2807, {}, {{0x080A, test::texts({"Maker", "Model"})}}}}}
-      .build();
-}
-
-Bytes resources() {
-  const Bytes datasets = {0x1C, 2, 5, 0, 5, 't', 'i', 't', 'l', 'e'};
-  const Bytes head = {'8', 'B', 'I', 'M', 4, 4, 0, 0, 0, 0, 0, 10};
-  return support::joined(head, datasets);
-}
-
-}  // namespace
 
 Scratch::Scratch() {
+  support::keepTemporaryFilesInMemory();
   std::string name = (std::filesystem::temp_directory_path() / "kf-fault-XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr) std::abort();
   path_ = name;
@@ -84,16 +60,11 @@ void Scratch::clear() const {
   }
 }
 
-// The profile makes the pixels lie behind what is read of a file at once.
+// The second profile makes the pixels lie behind what is read of a file at once.
 Bytes picture() {
   constexpr std::size_t profileBytes = 65000;
-  return support::JpegBuilder()
-      .size(40, 24)
-      .cameraHeap(heap())
-      .exif(exif())
-      .xmp(bytesOf("<x:xmpmeta/>"))
+  return support::withEverySegment(support::JpegBuilder().size(40, 24))
       .icc(1, 1, Bytes(profileBytes, 3))
-      .photoshop(resources())
       .build();
 }
 
