@@ -121,6 +121,15 @@ void Json::push_back(Json element) {
   parts_.push_back(std::move(element));
 }
 
+void Json::lead(std::string_view name, const Json& value) {
+  if (kind_ == Kind::array) {
+    for (Json& part : parts_) part.lead(name, value);
+  } else if (kind_ == Kind::object) {
+    names_.emplace(names_.begin(), name);
+    parts_.insert(parts_.begin(), value);
+  }
+}
+
 std::string Json::dump() const {
   std::string out;
   write(out, 0);

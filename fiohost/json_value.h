@@ -40,6 +40,9 @@ class Json {
   // Puts an element behind the last. A null becomes an array.
   void push_back(Json element);
 
+  // Puts a member in front of an object's others; in an array, in front of those of each object.
+  void lead(std::string_view name, const Json& value);
+
   // As text, indented by two characters a level. Bytes that are not UTF-8 become U+FFFD.
   [[nodiscard]] std::string dump() const;
 

@@ -30,7 +30,10 @@ FileResult serveOne(const std::string& file,
 
 }  // namespace
 
-void printJson(const Json& value) { std::cout << value.dump() << '\n'; }
+void printJson(Json value) {
+  value.lead("version", jsonVersion);
+  std::cout << value.dump() << '\n';
+}
 
 bool hasWindowsFor(const Session& session, const std::string& option) {
   if (session.plugin.hasWindows()) return true;
@@ -78,7 +81,7 @@ ExitCode serveFiles(const std::vector<std::string>& files, bool json,
       code = exitSomeFailed;
     }
   }
-  if (json) printJson(all);
+  if (json) printJson(std::move(all));
   return code;
 }
 
