@@ -7,29 +7,14 @@
 #include <iostream>
 #include <new>
 
-#include "fiohost/commands/command.h"
 #include "fiohost/commands/results.h"
 #include "fiohost/interrupt.h"
+#include "fiohost/shell/command_line.h"
 #include "fiohost/view/implied_command.h"
 #include "platform/console/console.h"
 
 namespace fiohost {
 namespace {
-
-struct ReadyCommand {
-  CLI::App* arguments;
-  std::unique_ptr<Command> command;
-};
-
-std::vector<ReadyCommand> declareCommands(CLI::App& app) {
-  std::vector<ReadyCommand> commands;
-  for (const CommandEntry& entry : commandTable()) {
-    CLI::App* arguments = app.add_subcommand(entry.name, entry.summary);
-    commands.push_back({arguments, entry.make()});
-    commands.back().command->declare(*arguments);
-  }
-  return commands;
-}
 
 // 0 when help was asked for.
 int tellParseResult(const CLI::App& app, const CLI::ParseError& error) {
@@ -52,17 +37,14 @@ int runChosen(const std::vector<ReadyCommand>& commands) {
 }
 
 int parseAndRun(std::vector<std::string> arguments) {
-  CLI::App app("Opens JPEG and MPO pictures through the plug-in K32JPG.FIO.", "fiohost");
-  app.require_subcommand(1);
-  app.allow_windows_style_options(false);  // "/folder/picture.jpg" is a file on every system
-  const std::vector<ReadyCommand> commands = declareCommands(app);
+  CommandLine line;
   std::reverse(arguments.begin(), arguments.end());  // the parser takes them from the end
   try {
-    app.parse(std::move(arguments));
+    line.app().parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
-    return tellParseResult(app, error);
+    return tellParseResult(line.app(), error);
   }
-  return runChosen(commands);
+  return runChosen(line.commands());
 }
 
 void tellOfNoMemory() noexcept {

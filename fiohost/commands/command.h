@@ -40,10 +40,12 @@ struct CommandTable {
 
 [[nodiscard]] CommandTable commandTable();
 
+std::unique_ptr<Command> makeCompletionCommand();
 std::unique_ptr<Command> makeConvertCommand();
 std::unique_ptr<Command> makeFormatsCommand();
 std::unique_ptr<Command> makeHeapCommand();
 std::unique_ptr<Command> makeInfoCommand();
+std::unique_ptr<Command> makeManCommand();
 std::unique_ptr<Command> makeMpoCommand();
 std::unique_ptr<Command> makeMpoBuildCommand();  // a part of the one before, as the next ones
 std::unique_ptr<Command> makeMpoInsertCommand();

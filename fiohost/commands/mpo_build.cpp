@@ -18,11 +18,10 @@ constexpr KindName kindNames[] = {{"stereo", BuildKind::stereo},
                                   {"multi-angle", BuildKind::multiAngle},
                                   {"large-thumbnail", BuildKind::largeThumbnail}};
 
-std::string checkKind(const std::string& text) {
-  for (const KindName& kind : kindNames) {
-    if (text == kind.name) return "";
-  }
-  return "--kind is one of stereo, panorama, multi-angle and large-thumbnail, not " + text;
+std::vector<std::string> kindWords() {
+  std::vector<std::string> words;
+  for (const KindName& kind : kindNames) words.emplace_back(kind.name);
+  return words;
 }
 
 bool isUniqueId(const std::string& text) {
@@ -50,9 +49,9 @@ class MpoBuildCommand : public Command {
   void declare(CLI::App& arguments) override {
     arguments.add_option("IMG", pictures_, "JPEG files, the first image first")->required();
     arguments.add_option("-o,--output", output_, "the MPO file to write")->required();
-    arguments.add_option("--kind", kind_, "stereo, panorama, multi-angle or large-thumbnail")
+    arguments.add_option("--kind", kind_, "what the pictures are to each other")
         ->required()
-        ->check(&checkKind);
+        ->check(CLI::IsMember(kindWords()));
     for (const MpoAttribute& attribute : mpoAttributes()) declareAttribute(arguments, attribute);
     arguments.add_option_function<std::string>(
         "--unique-ids",

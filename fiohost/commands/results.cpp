@@ -41,6 +41,18 @@ FileResult serveOne(const std::string& file,
   }
 }
 
+// Every object that is printed begins with the version of its form.
+Json withVersion(const Json& value) {
+  if (value.is_array()) {
+    Json all = Json::array();
+    for (const Json& each : value) all.push_back(withVersion(each));
+    return all;
+  }
+  Json led = {{"version", jsonVersion}};
+  led.update(value);
+  return led;
+}
+
 // What several threads must not do at once is left out or made safe.
 struct ThreadsAtWork {
   platform::StartFolder names;
@@ -58,9 +70,10 @@ Served serveAsText(const std::string& file, bool json,
                    const std::function<FileResult(const std::string&)>& serve) {
   try {
     const FileResult result = serveOne(file, serve);
-    return {json ? jsonText(result.json) : result.words, result.warning, std::nullopt};
+    return {json ? jsonText(withVersion(result.json)) : result.words, result.warning, std::nullopt};
   } catch (const Failure& failure) {
-    return {json ? jsonText(failureInJson(file, failure)) : std::string(), "", failure};
+    return {json ? jsonText(withVersion(failureInJson(file, failure))) : std::string(), "",
+            failure};
   }
 }
 
@@ -84,7 +97,7 @@ class JsonArray {
 
 }  // namespace
 
-void printJson(const Json& value) { std::cout << jsonText(value) << '\n'; }
+void printJson(const Json& value) { std::cout << jsonText(withVersion(value)) << '\n'; }
 
 bool hasWindowsFor(const Session& session, const std::string& option) {
   if (session.plugin.hasWindows()) return true;

@@ -14,7 +14,12 @@
 
 namespace fiohost {
 
-void printJson(const Json& value);
+// Of the JSON form that docs/json.md lists. A new member does not change it; a member that goes or
+// means something else does.
+inline constexpr int jsonVersion = 1;
+
+// Every object at the top, alone or in an array, begins with the version.
+void printJson(Json value);
 
 // The failure's line on the standard error. The file's name is left out when it is empty.
 void printFailure(const std::string& file, const Failure& failure);

@@ -6,11 +6,14 @@ namespace fiohost {
 namespace {
 
 constexpr std::array commands = {
+    CommandEntry{"completion", "print what a shell completes commands by", &makeCompletionCommand},
     CommandEntry{"convert", "save pictures anew with other options", &makeConvertCommand},
     CommandEntry{"formats", "tell the formats that the plug-in serves", &makeFormatsCommand},
     CommandEntry{"heap", "list or set the values of a camera-data heap", &makeHeapCommand},
     CommandEntry{"info", "describe pictures", &makeInfoCommand},
-    CommandEntry{"mpo", "look into, take apart or build multi-picture files", &makeMpoCommand},
+    CommandEntry{"man", "print the manual page", &makeManCommand},
+    CommandEntry{"mpo", "look into, take apart, build or change multi-picture files",
+                 &makeMpoCommand},
     CommandEntry{"properties", "list or extract what is known beside the picture",
                  &makePropertiesCommand},
     CommandEntry{"read", "decode a picture into a PNG, BMP or PPM file", &makeReadCommand},
