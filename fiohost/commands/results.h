@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fiohost/commands/command.h"
@@ -29,9 +30,13 @@ void printFailure(const std::string& file, const Failure& failure);
 
 // What a command has to say about one file. Only the form that is printed need be filled.
 struct FileResult {
+  FileResult() = default;
+  FileResult(std::string resultWords, Json resultJson)
+      : words(std::move(resultWords)), json(std::move(resultJson)) {}
+
   std::string words;
   Json json;
-  std::string warning = {};  // a line for the standard error
+  std::string warning;  // a line for the standard error
 };
 
 // What became of an input that was saved anew.
