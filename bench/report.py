@@ -14,7 +14,7 @@ def rows_of(path):
     if not os.path.exists(path) or os.path.getsize(path) == 0:
         return []
     with open(path, encoding="utf-8") as file:
-        results = json.load(file)["benchmarks"]
+        results = json.load(file).get("benchmarks", [])
     return [row_of(result) for result in results]
 
 
