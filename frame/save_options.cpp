@@ -1,5 +1,7 @@
 #include "frame/save_options.h"
 
+#include <mutex>
+
 #include "host/k32comm.h"
 
 namespace frame {
@@ -9,6 +11,7 @@ constexpr char section[] = "KF_IJPG";
 constexpr int settingsPathCapacity = 260;
 constexpr host::u32 modeChoices = 2;
 
+std::mutex mutex;  // of the current options
 SaveOptions current = defaultSaveOptions;
 
 struct Setting {
@@ -31,7 +34,15 @@ struct SettingsPath {
 
 }  // namespace
 
-SaveOptions& saveOptions() noexcept { return current; }
+SaveOptions saveOptions() noexcept {
+  const std::lock_guard guard(mutex);
+  return current;
+}
+
+void setSaveOptions(const SaveOptions& options) noexcept {
+  const std::lock_guard guard(mutex);
+  current = options;
+}
 
 void loadSaveOptions() noexcept {
   const SettingsPath path;
@@ -46,15 +57,16 @@ void loadSaveOptions() noexcept {
   // a quality above 100 on the image's own copy.
   if (loaded.mode >= modeChoices) loaded.mode = defaultSaveOptions.mode;
   loaded.sample = servedSample(loaded.sample);
-  current = loaded;
+  setSaveOptions(loaded);
 }
 
 void storeSaveOptions() noexcept {
   const SettingsPath path;
   if (!path.known()) return;
+  const SaveOptions stored = saveOptions();
   for (const Setting& setting : settings) {
     char text[16];
-    wsprintfA(text, "%d", static_cast<int>(current.*setting.value));
+    wsprintfA(text, "%d", static_cast<int>(stored.*setting.value));
     WritePrivateProfileStringA(section, setting.key, text, path.text);
   }
 }

@@ -15,8 +15,9 @@ struct SaveOptions {
 inline constexpr SaveOptions defaultSaveOptions{0, 1, 85, 1};
 inline constexpr host::u32 sampleChoices = 4;
 
-// The options as last loaded or changed.
-[[nodiscard]] SaveOptions& saveOptions() noexcept;
+// The options as last loaded or changed, by whatever thread: they are all that threads share.
+[[nodiscard]] SaveOptions saveOptions() noexcept;
+void setSaveOptions(const SaveOptions& options) noexcept;
 
 // Reads all four from the settings file; a missing file or key gives the default.
 void loadSaveOptions() noexcept;

@@ -188,7 +188,7 @@ bool recordWrite(HGLOBAL fileData, platform::LockedGlobal& lock) noexcept {
     return false;
   }
   auto& data = *lock.as<host::JpegFileData>();
-  const frame::SaveOptions& settings = frame::saveOptions();
+  const frame::SaveOptions settings = frame::saveOptions();
   data.tail.mode = settings.mode;
   if (data.record.colourType == host::colourTrue) data.tail.sample = settings.sample;
   data.tail.quality = settings.quality;

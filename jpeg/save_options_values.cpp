@@ -24,7 +24,7 @@ SaveOptionValues valuesOf(const host::JpegTail& tail) noexcept {
   return {tail.quality, tail.mode, static_cast<i32>(tail.sample), jfif ? 1U : 0U};
 }
 
-SaveOptionValues valuesOf(const frame::SaveOptions& settings) noexcept {
+SaveOptionValues valuesOf(const frame::SaveOptions settings) noexcept {
   return {settings.quality, settings.mode, static_cast<i32>(settings.sample),
           settings.jfif != 0 ? 1U : 0U};
 }
@@ -32,7 +32,7 @@ SaveOptionValues valuesOf(const frame::SaveOptions& settings) noexcept {
 }  // namespace
 
 SaveOptionValues initialSaveOptions(const platform::LockedGlobal& record) noexcept {
-  const frame::SaveOptions& settings = frame::saveOptions();
+  const frame::SaveOptions settings = frame::saveOptions();
   const host::JpegTail* tail = jpegTailOf(record.address(), record.size());
   SaveOptionValues values = tail != nullptr ? valuesOf(*tail) : valuesOf(settings);
   values.quality = std::min(values.quality, bestQuality);
@@ -45,11 +45,12 @@ SaveOptionValues initialSaveOptions(const platform::LockedGlobal& record) noexce
 }
 
 void keepAsSettings(const SaveOptionValues& values) noexcept {
-  frame::SaveOptions& settings = frame::saveOptions();
+  frame::SaveOptions settings = frame::saveOptions();
   settings.mode = values.mode;
   settings.quality = values.quality;
   if (values.sample != sampleNotApplicable) settings.sample = static_cast<u32>(values.sample);
   settings.jfif = values.jfif;
+  frame::setSaveOptions(settings);
   frame::storeSaveOptions();
 }
 

@@ -29,7 +29,7 @@ host::JpegTail* addJpegTail(HGLOBAL fileData, platform::LockedGlobal& record) no
 }
 
 host::WriteOptions chooseWriteOptions(host::JpegTail* tail) noexcept {
-  const frame::SaveOptions& settings = frame::saveOptions();
+  const frame::SaveOptions settings = frame::saveOptions();
   host::WriteOptions options = {};
   options.size = sizeof options;
   if (tail != nullptr) {

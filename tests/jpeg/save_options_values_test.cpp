@@ -22,7 +22,7 @@ class SaveOptionsValues : public testing::Test {
   void SetUp() override {
     the().reset();
     file_.emplace();
-    frame::saveOptions() = {1, 2, 60, 7};
+    frame::setSaveOptions({1, 2, 60, 7});
   }
 
   static std::vector<host::i64> initial(const FileData& data) {
@@ -59,7 +59,7 @@ TEST_F(SaveOptionsValues, BeginWithTheSettingsWhenTheRecordHasNone) {
   const FileData small(sizeof(host::FileDataRecord));
   small.with<host::FileDataRecord>([](auto& record) { record.colourType = host::colourTrue; });
   EXPECT_EQ(initial(small), (std::vector<host::i64>{60, 1, 2, 1}));
-  frame::saveOptions().jfif = 0;
+  frame::setSaveOptions({1, 2, 60, 0});
   EXPECT_EQ(initial(small).at(3), 0);
 }
 
@@ -104,7 +104,7 @@ TEST_F(SaveOptionsValues, BeginWithTheBestQualityWhenItIsAboveThat) {
   giveTail(data);
   data.with([](auto& record) { record.tail.quality = 101; });
   EXPECT_EQ(initial(data).at(0), 100);
-  frame::saveOptions().quality = 150;
+  frame::setSaveOptions({1, 2, 150, 7});
   EXPECT_EQ(initial(FileData(4)).at(0), 100);
 }
 
