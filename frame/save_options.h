@@ -15,7 +15,7 @@ struct SaveOptions {
 inline constexpr SaveOptions defaultSaveOptions{0, 1, 85, 1};
 inline constexpr host::u32 sampleChoices = 4;
 
-// The options as last loaded or changed, whichever thread did it.
+// The options as last loaded or changed, by whatever thread: they are all that threads share.
 [[nodiscard]] SaveOptions saveOptions() noexcept;
 void setSaveOptions(const SaveOptions& options) noexcept;
 

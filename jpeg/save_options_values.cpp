@@ -24,7 +24,7 @@ SaveOptionValues valuesOf(const host::JpegTail& tail) noexcept {
   return {tail.quality, tail.mode, static_cast<i32>(tail.sample), jfif ? 1U : 0U};
 }
 
-SaveOptionValues valuesOf(const frame::SaveOptions& settings) noexcept {
+SaveOptionValues valuesOf(const frame::SaveOptions settings) noexcept {
   return {settings.quality, settings.mode, static_cast<i32>(settings.sample),
           settings.jfif != 0 ? 1U : 0U};
 }

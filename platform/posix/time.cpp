@@ -1,5 +1,6 @@
 #include <cerrno>
 #include <ctime>
+#include <mutex>
 
 #include "platform/posix/windows_c_runtime.h"
 
@@ -11,6 +12,13 @@ constexpr long long last64 = 0x793406FFF;  // 3001-01-01 07:59:59 UTC
 
 // Windows keeps one for both kinds of break-down, too.
 thread_local std::tm brokenDown;
+
+std::mutex timeZone;  // the C library's, which every conversion may load anew
+
+std::time_t localSeconds(std::tm& time) noexcept {
+  const std::lock_guard guard(timeZone);
+  return std::mktime(&time);
+}
 
 std::tm* breakDown(const __time32_t* time, std::tm* (*convert)(const std::time_t*, std::tm*)) {
   if (time == nullptr || *time < 0) {
@@ -24,7 +32,7 @@ std::tm* breakDown(const __time32_t* time, std::tm* (*convert)(const std::time_t
 long long secondsOf(std::tm* time, long long last) {
   if (time != nullptr) {
     std::tm normalized = *time;
-    const std::time_t seconds = std::mktime(&normalized);
+    const std::time_t seconds = localSeconds(normalized);
     if (seconds >= 0 && seconds <= last) {
       *time = normalized;
       return seconds;
@@ -42,6 +50,7 @@ using namespace platform::posix;
 std::tm* _gmtime32(const __time32_t* time) noexcept { return breakDown(time, gmtime_r); }
 
 std::tm* _localtime32(const __time32_t* time) noexcept {
+  const std::lock_guard guard(timeZone);
   tzset();  // localtime_r alone may miss a change of TZ
   return breakDown(time, localtime_r);
 }

@@ -119,8 +119,8 @@ std::optional<std::wstring> wideFromUtf8(std::string_view text, Malformed rule) 
 std::optional<std::string> utf8FromWide(std::wstring_view text, Malformed rule) {
   std::string narrow;
   narrow.reserve(text.size());
-  const bool taken = convert(
-      text, rule, [&](std::uint32_t byte) { narrow.push_back(static_cast<char>(byte)); });
+  const bool taken =
+      convert(text, rule, [&](std::uint32_t byte) { narrow.push_back(static_cast<char>(byte)); });
   return taken ? std::optional(std::move(narrow)) : std::nullopt;
 }
 

@@ -38,7 +38,7 @@ class NothingLeft {
   NothingLeft(const NothingLeft&) = delete;
   NothingLeft& operator=(const NothingLeft&) = delete;
   ~NothingLeft() {
-    EXPECT_EQ(platform::posix::liveCounts(), counts_);
+    EXPECT_TRUE(platform::posix::liveCounts() == counts_) << "something is left";
     EXPECT_EQ(std::filesystem::current_path(), directory_);
   }
 
