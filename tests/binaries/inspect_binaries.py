@@ -102,6 +102,12 @@ class Binaries(unittest.TestCase):
     def test_the_dialog_start_has_an_ordinal_and_no_name(self):
         self.assertEqual(Image(os.path.join(DIST, "fio", "K32MISC.dll")).exports(), {(20, None)})
 
+    def test_the_program_asks_for_sharp_windows_and_long_paths(self):
+        with open(os.path.join(DIST, "fiohost.exe"), "rb") as file:
+            content = file.read()
+        for wish in (b">PerMonitorV2, PerMonitor</dpiAwareness>", b">true</longPathAware>"):
+            self.assertIn(wish, content)
+
     def test_only_system_libraries_are_imported(self):
         for path in binaries():
             imported = {name.lower() for name in Image(path).imports()}
