@@ -52,6 +52,8 @@ constexpr Example examples[] = {
     {"show", "fiohost show in.jpg", "describes a picture and decodes it to a PNG"},
     {"strip", "fiohost strip in.jpg --gps -o out.jpg", "takes out where it was taken"},
     {"strip", "fiohost strip a.jpg b.jpg --all --in-place", "leaves nothing but the pictures"},
+    {"view", "fiohost view in.jpg", "shows a picture, and those beside it, in a window"},
+    {"view", "fiohost view pair.mpo", "shows a stereo picture"},
 };
 
 }  // namespace

@@ -16,7 +16,17 @@ struct SaveOrder {
   std::size_t image = 0;  // from 0
   std::string target;
   SaveSettings settings;
+  bool keepsOthers = false;  // with the first image, what lies behind it
 };
+
+// What a save would lose, as a question for the user.
+struct LossQuestion {
+  std::string text;  // empty when nothing is lost
+  bool canBeKept = false;
+};
+
+// Goes by the order's source and image alone. Throws Failure.
+[[nodiscard]] LossQuestion lossQuestion(const Session& session, const SaveOrder& order);
 
 // The name that Save As begins with: a JPEG file's own, and for an image of several one that tells
 // which.

@@ -78,6 +78,21 @@ TEST_F(ViewWindowTest, SavingAsksForTheNameAndTheOptions) {
   EXPECT_THAT(window_.text(), HasSubstr("a.jpg (1 of 2)")) << "the new file is one to step to";
 }
 
+TEST_F(ViewWindowTest, SavingTellsWhatItWouldLoseAndOffersToKeepIt) {
+  addStereo();
+  openDecoded({"pair.mpo"});
+  window_.post(WM_COMMAND, static_cast<WPARAM>(Action::saveAs));
+  Window question = thread_->dialog();
+  EXPECT_EQ(question.text(), "Save As");
+  std::string words;
+  for (const Window& child : question.children()) words += child.text() + "|";
+  EXPECT_THAT(words, HasSubstr("loses another image"));
+  EXPECT_NE(GetDlgItem(question.handle(), IDYES), nullptr);
+  question.post(WM_COMMAND, IDCANCEL);
+  EXPECT_TRUE(eventually([&] { return window_.enabled(); }));
+  EXPECT_THAT(namesIn(folder()), testing::ElementsAre("pair.mpo"));
+}
+
 TEST_F(ViewWindowTest, CancellingTheOptionsSavesNothing) {
   addJpeg("a.jpg", {});
   openDecoded({"a.jpg"});

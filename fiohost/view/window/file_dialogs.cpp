@@ -15,7 +15,7 @@ constexpr std::size_t manyFiles = 16 * longestPath;
 constexpr wchar_t openFilter[] =
     L"Pictures (*.jpg, *.mpo)\0*.jpg;*.jpeg;*.jpe;*.jfif;*.mpo\0All files\0*.*\0";
 constexpr wchar_t saveFilter[] =
-    L"JPEG pictures (*.jpg)\0*.jpg;*.jpeg;*.jpe;*.jfif\0All files\0*.*\0";
+    L"JPEG pictures (*.jpg, *.mpo)\0*.jpg;*.jpeg;*.jpe;*.jfif;*.mpo\0All files\0*.*\0";
 
 OPENFILENAMEW dialogFor(HWND owner, std::vector<wchar_t>& names, const std::wstring& folder) {
   OPENFILENAMEW dialog = {};

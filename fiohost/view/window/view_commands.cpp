@@ -6,6 +6,7 @@
 #include "fiohost/view/window/file_dialogs.h"
 #include "fiohost/view/window/view_window.h"
 #include "platform/console/console.h"
+#include "platform/wide_text.h"
 
 namespace fiohost::view {
 namespace {
@@ -153,18 +154,31 @@ std::size_t ViewWindow::imageToSave() const {
                                                     : document_.facts()->stereo->left;
 }
 
-void ViewWindow::askAndSave() {
-  // The place to tell what a save under another form would lose, and to let the user step back:
-  // before a name is asked.
-  const std::optional<std::string> target = askNameToSave(
-      window_, suggestedName(document_.name(), document_.facts()->isMultiPicture, imageToSave()));
-  if (target) saveTo(*target);
+// Answers whether to go on.
+bool ViewWindow::settleLosses(SaveOrder& order) {
+  const LossQuestion question = lossQuestion(session_, order);
+  if (question.text.empty()) return true;
+  const UINT buttons = question.canBeKept ? MB_YESNOCANCEL : MB_OKCANCEL;
+  const int answer = MessageBoxW(window_, platform::wideText(question.text).c_str(), L"Save As",
+                                 buttons | MB_ICONWARNING);
+  order.keepsOthers = answer == IDYES;
+  return answer != IDCANCEL;
 }
 
-void ViewWindow::saveTo(const std::string& target) {
-  if (document_.facts() == nullptr || saving_ != nullptr) return;
+void ViewWindow::askAndSave() {
   SaveOrder order = {
-      document_.name(), document_.facts()->isMultiPicture, imageToSave(), target, {}};
+      document_.name(), document_.facts()->isMultiPicture, imageToSave(), {}, {}, false};
+  if (!settleLosses(order)) return;
+  const std::optional<std::string> target = askNameToSave(
+      window_,
+      suggestedName(order.source, order.isMultiPicture && !order.keepsOthers, order.image));
+  if (!target) return;
+  order.target = *target;
+  save(order);
+}
+
+void ViewWindow::save(SaveOrder order) {
+  if (document_.facts() == nullptr || saving_ != nullptr) return;
   const std::optional<SaveSettings> settings = askSettings(session_, order, window_);
   if (!settings) return;
   order.settings = *settings;

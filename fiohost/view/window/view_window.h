@@ -35,9 +35,6 @@ class ViewWindow {
   // Returns when the window has been closed.
   void run();
 
-  // What stands behind the Save As dialog: asks for the save options and saves the shown image.
-  void saveTo(const std::string& target);
-
  private:
   enum Timer : UINT_PTR { progressTimer = 1, wiggleTimer, interruptTimer };
   static constexpr UINT mailMessage = WM_APP + 1;
@@ -73,6 +70,9 @@ class ViewWindow {
   void show(bool moved);
   void askAndOpen();
   void askAndSave();
+  bool settleLosses(SaveOrder& order);
+  // Asks for the save options and saves.
+  void save(SaveOrder order);
   void beginSaving(const SaveOrder& order);
   void onSaved(const SaveOrder& order, const std::string& problem);
   void showProperties();

@@ -227,7 +227,7 @@ TEST_F(DocumentTest, ParallaxIsOfTheWholePicture) {
 
 TEST_F(DocumentTest, TheShownImageIsSaved) {
   addStereo();
-  const SaveOrder order = {nameOf("pair.mpo"), true, 1, nameOf("saved.jpg"), {1, 0, 90, 1}};
+  const SaveOrder order = {nameOf("pair.mpo"), true, 1, nameOf("saved.jpg"), {1, 0, 90, 1}, false};
   host::u32 rows = 0;
   saveImage(plugin_.session, order, [&rows](host::u32 done, host::u32 total) {
     EXPECT_EQ(total, 200U);
@@ -241,9 +241,28 @@ TEST_F(DocumentTest, TheShownImageIsSaved) {
               static_cast<int>(greenOf(right().at(100, 100))), 8);
 }
 
+TEST_F(DocumentTest, ASaveTellsWhatItLosesAndKeepsWhatLiesBehindTheFirstImage) {
+  addStereo();
+  SaveOrder order = {nameOf("pair.mpo"), true, 0, nameOf("saved.mpo"), {1, 0, 90, 1}, false};
+  const LossQuestion question = lossQuestion(plugin_.session, order);
+  EXPECT_TRUE(question.canBeKept);
+  EXPECT_THAT(question.text, testing::HasSubstr("image"));
+  order.keepsOthers = true;
+  const auto goOn = [](host::u32, host::u32) { return true; };
+  saveImage(plugin_.session, order, goOn);
+  order.source = order.target;
+  order.image = 1;
+  order.target = nameOf("second.jpg");
+  order.keepsOthers = false;
+  saveImage(plugin_.session, order, goOn);
+  EXPECT_EQ(expected("second.jpg").size, right().size);
+  EXPECT_EQ(lossQuestion(plugin_.session, {order.target, false, 0, {}, {}, false}).text, "")
+      << "nothing is lost of a single picture";
+}
+
 TEST_F(DocumentTest, ASaveThatIsStoppedLeavesNothing) {
   addJpeg("a.jpg", {.width = 320, .height = 200});
-  const SaveOrder order = {nameOf("a.jpg"), false, 0, nameOf("saved.jpg"), {}};
+  const SaveOrder order = {nameOf("a.jpg"), false, 0, nameOf("saved.jpg"), {}, false};
   EXPECT_THROW(
       saveImage(plugin_.session, order, [](host::u32 done, host::u32) { return done < 9; }),
       Failure);
