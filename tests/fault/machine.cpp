@@ -57,7 +57,7 @@ void failEverywhere(const Operation& operation, Resource resource, Extent extent
     const Outcome outcome = runOnce(operation, resource, number, extent);
     operation.check(outcome.succeeded);
     if (operation.countsHeap) {
-      EXPECT_EQ(liveHeapBlocks(), heapBefore) << "blocks of the C heap left";
+      EXPECT_LE(liveHeapBlocks(), heapBefore) << "blocks of the C heap left";
     }
     expectSame(before, operation);
     if (!outcome.struck) {
