@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+#include "fiohost/failure.h"
+
 namespace fiohost {
 namespace {
 
@@ -55,7 +57,10 @@ bool hasLength(uint8_t marker) {
 
 class Walker {
  public:
-  explicit Walker(const std::filesystem::path& file) : stream_(file, std::ios::binary) {}
+  explicit Walker(const std::filesystem::path& file) : stream_(file, std::ios::binary) {
+    if (stream_) return;
+    throw Failure("the file cannot be opened", "check that it can still be read");
+  }
 
   JpegLayout walk() {
     JpegLayout layout;
