@@ -6,6 +6,7 @@
 #include "fiohost/output_file.h"
 #include "fiohost/property_words.h"
 #include "fiohost/temporary_image.h"
+#include "fiohost/whole_metadata.h"
 
 namespace fiohost {
 namespace {
@@ -65,9 +66,10 @@ class PropertiesCommand : public Command {
   }
 
   [[nodiscard]] FileResult serveFile(const Session& session, const SourceFile& file) const {
-    const Described described = describeFile(session, file);
+    Described described = describeFile(session, file);
     if (window_) return show(session, file.name(), described);
-    session.plugin.loadProperties(described.fileData.handle());
+    takeWhole(session, file, described,
+              [&](Described& target) { session.plugin.loadProperties(target.fileData.handle()); });
     const std::vector<Property> properties = readProperties(session, described.fileData);
     return extract_.empty() ? list(file.name(), described, properties)
                             : extract(session, file, properties);

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 
 #include "host/mpo.h"
 #include "host/property_record.h"
@@ -60,6 +61,7 @@ EntryBench::~EntryBench() {
 
 void EntryBench::describe(fiohost::Family family, const std::string& name) {
   forget();
+  tzset();  // the C library keeps the zone's name from one conversion to the next
   path_ = platform::widePath(scratch.file(name));
   record_ = session.plugin.describe(family, path_).fileData.release();
   with<host::FileDataRecord>(record_, [&](host::FileDataRecord& record) {

@@ -86,7 +86,7 @@ TEST_F(ViewWindowTest, SavingTellsWhatItWouldLoseAndOffersToKeepIt) {
   EXPECT_EQ(question.text(), "Save As");
   std::string words;
   for (const Window& child : question.children()) words += child.text() + "|";
-  EXPECT_THAT(words, HasSubstr("loses another image"));
+  EXPECT_THAT(words, HasSubstr("loses 1 other image"));
   EXPECT_NE(GetDlgItem(question.handle(), IDYES), nullptr);
   question.post(WM_COMMAND, IDCANCEL);
   EXPECT_TRUE(eventually([&] { return window_.enabled(); }));
