@@ -20,7 +20,7 @@ namespace fiohost {
 inline constexpr int jsonVersion = 1;
 
 // Every object at the top, alone or in an array, begins with the version.
-void printJson(Json value);
+void printJson(const Json& value);
 
 // The failure's line on the standard error. The file's name is left out when it is empty.
 void printFailure(const std::string& file, const Failure& failure);
