@@ -148,12 +148,13 @@ void requireThumbnail(const Session& session, const SourceFile& saved) {
 }
 
 // Other images, and what else lies behind the first, as the source has them.
-void appendOthers(const SourceFile& source, OutputFile& output,
-                  const std::filesystem::path& written) {
+// Answers where the bytes are now.
+std::filesystem::path appendOthers(const SourceFile& source, OutputFile& output,
+                                   const std::filesystem::path& written) {
   const ByteBlock whole = withOthersOf(readWhole(source.path()), readWhole(written));
   output.restart();
   output.write(whole.data(), whole.size());
-  static_cast<void>(output.handOver());
+  return output.handOver();
 }
 
 }  // namespace
@@ -188,7 +189,7 @@ Converted convertPicture(const Session& session, const SourceFile& source,
   giveSettings(described.fileData, settings);
   if (options.askUser) settings = confirmedOrFail(session, described);
   OutputFile output(outputName, options.replace ? Existing::replaced : Existing::refused);
-  const std::filesystem::path written = output.handOver();
+  std::filesystem::path written = output.handOver();
   described.fileData.setSourcePath(written);
   writeRows(session, file, described, sourceTail.mode != host::modeBaseline, preview, options);
   requireExifSegment(described.fileData);
@@ -198,7 +199,7 @@ Converted convertPicture(const Session& session, const SourceFile& source,
     if (!preview.rows().empty()) requireThumbnail(session, saved);
   }
   const bool kept = options.behind == BehindPicture::kept;
-  if (kept) appendOthers(file, output, written);
+  if (kept) written = appendOthers(file, output, written);
   Converted converted = {outputName, std::filesystem::file_size(written), {}};
   converted.segments = compareLayouts(sourceLayout, layoutOf(written),
                                       {options.dropMetadata, settings.jfif != 0, edited, kept});

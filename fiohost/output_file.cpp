@@ -49,8 +49,13 @@ void OutputFile::open() {
 }
 
 const std::filesystem::path& OutputFile::handOver() {
-  file_.reset();
+  close();
   return temporary_;
+}
+
+// What is buffered is written here, so this is where a full disk shows.
+void OutputFile::close() {
+  if (file_ != nullptr && std::fclose(file_.release()) != 0) fail(errno);
 }
 
 void OutputFile::write(const void* bytes, std::size_t count) {
@@ -63,8 +68,7 @@ void OutputFile::restart() {
 }
 
 void OutputFile::commit() {
-  if (file_ != nullptr && std::fflush(file_.get()) != 0) fail(errno);
-  if (file_ != nullptr && std::fclose(file_.release()) != 0) fail(errno);
+  close();
   std::error_code error;
   std::filesystem::rename(temporary_, target_, error);
   there_ = static_cast<bool>(error);

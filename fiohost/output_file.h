@@ -30,6 +30,7 @@ class OutputFile {
 
  private:
   void open();
+  void close();
   void discard() noexcept;
   [[noreturn]] void fail(int error) const;
 

@@ -148,11 +148,20 @@ TEST(Damage, PictureOfManyMorePixelsThanDataIsStillCompleted) {
   EXPECT_EQ(reading.rows.size(), 4096U);
 }
 
+// Rows of a picture in one scan are copies, which cost little.
+TEST(Damage, LargeCutPictureInOneScanIsDeliveredWhole) {
+  const Reading reading =
+      readInput(withSize(JpegBuilder().layout(Layout::grey).build(), 6400, 6400));
+  EXPECT_EQ(reading.result, 1);
+  EXPECT_EQ(reading.rows.size(), 6400U);
+}
+
 TEST(Damage, PictureFarLargerThanItsDataFailsAfterItsHeader) {
   for (const bool progressive : {false, true}) {
     JpegBuilder builder = JpegBuilder().layout(Layout::grey);
     if (progressive) builder.progressive();
-    const Reading reading = readInput(withSize(builder.build(), 16384, 16384));
+    const unsigned width = progressive ? 6400 : 32768;
+    const Reading reading = readInput(withSize(builder.build(), width, progressive ? 6400 : 16384));
     EXPECT_EQ(reading.result, 0) << progressive;
     EXPECT_EQ(reading.headers.size(), 1U);
     EXPECT_LT(reading.rows.size(), 64U);
