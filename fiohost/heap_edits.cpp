@@ -113,7 +113,7 @@ bool HeapEdits::isEdited(u16 fieldId) const {
 // The plug-in writes every item that the record has back into the heap, a date in local time and
 // some months of it as the next one. So it is shown the edited items alone, and a date as the
 // seconds that the heap keeps.
-void HeapEdits::apply(const FileData& fileData) {
+EditedParts HeapEdits::apply(const FileData& fileData) {
   const std::vector<Property> items = heapItems(session_, fileData);
   if (items.empty()) throw Failure("this file has no camera data", "there is nothing to set");
   edits_.clear();
@@ -135,6 +135,7 @@ void HeapEdits::apply(const FileData& fileData) {
     field.data = capturedSeconds(locked, edit.value);
   }
   session_.plugin.setProperties(fileData.handle(), locked.record());
+  return {.cameraData = true};
 }
 
 void HeapEdits::verify(const SourceFile& saved) const {

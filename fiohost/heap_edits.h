@@ -7,6 +7,7 @@
 
 #include "fiohost/changes.h"
 #include "fiohost/heap_values.h"
+#include "fiohost/save_report.h"
 #include "fiohost/source_file.h"
 
 namespace fiohost {
@@ -16,9 +17,10 @@ class HeapEdits {
   // changes: NAME=VALUE each. session must outlive this object.
   HeapEdits(const Session& session, const std::vector<std::string>& changes);
 
-  // Changes the loaded record of a JPEG picture. Throws Failure, with the record as it was, for a
-  // name that is none and a value that the item cannot take.
-  void apply(const FileData& fileData);
+  // Changes the loaded record of a JPEG picture; tells which segments that concerns. Throws
+  // Failure, with the record as it was, for a name that is none and a value that the item cannot
+  // take.
+  EditedParts apply(const FileData& fileData);
   // Throws Failure, naming the item, unless the file holds every value that was set.
   void verify(const SourceFile& saved) const;
 

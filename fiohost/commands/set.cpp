@@ -1,13 +1,10 @@
-#include "fiohost/changes.h"
-#include "fiohost/commands/command.h"
-#include "fiohost/commands/results.h"
-#include "fiohost/convert_picture.h"
+#include "fiohost/commands/edit_command.h"
 #include "fiohost/tag_edits.h"
 
 namespace fiohost {
 namespace {
 
-class SetCommand : public Command {
+class SetCommand : public EditCommand {
  public:
   void declare(CLI::App& arguments) override {
     arguments.add_option("FILE", file_, "a JPEG file")->required();
@@ -17,32 +14,13 @@ class SetCommand : public Command {
                     "0x829D, 2:25), and its value; several keywords are set one by one")
         ->required()
         ->check(&checkChange);
-    arguments.add_option("-o,--output", output_, "the file to write to")->required();
-    losses_.declare(arguments);
-    arguments.add_flag("--force", replace_, "replace an existing output");
-    arguments.add_flag("--json", json_, "print JSON");
+    declareSave(arguments)->required();
   }
 
   ExitCode run(const Session& session) override {
     return serveFiles({file_}, {json_},
-                      [&](const std::string& name) { return save(session, name); });
+                      [&](const std::string& name) { return save<TagEdits>(session, name); });
   }
-
- private:
-  FileResult save(const Session& session, const std::string& name) const {
-    const SourceFile file(name);
-    TagEdits edits(session, changes_);
-    const MetadataEdit edit = {[&](FileData& fileData) { return edits.apply(fileData); },
-                               [&](const SourceFile& saved) { edits.verify(saved); }};
-    return savedWith(session, file, output_, replace_, losses_, edit);
-  }
-
-  std::string file_;
-  std::vector<std::string> changes_;
-  std::string output_;
-  bool replace_ = false;
-  LossOptions losses_;
-  bool json_ = false;
 };
 
 }  // namespace
