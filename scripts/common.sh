@@ -18,7 +18,7 @@ windows_packages=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-ming
   wine wine64)
 package_packages=(nsis dpkg-dev)
 test_packages=(clang-format exif imagemagick libjpeg-turbo-progs libimage-exiftool-perl python3-pil xvfb
-  fonts-wine groff-base)
+  fonts-wine groff-base man-db)
 # What the benchmark measures beside, and what it measures with.
 bench_packages=(libbenchmark-dev libexiv2-dev libexif-dev exiv2 libimage-exiftool-perl python3-pil)
 

@@ -37,5 +37,6 @@ bash -n "$system/usr/share/bash-completion/completions/fiohost" || fail "the com
 [ -s "$system/usr/share/doc/fiohost/copyright" ] || fail "no copyright file"
 
 dpkg_here -P fiohost >"$work/remove.log" 2>&1 || fail "$(cat "$work/remove.log")"
-[ -z "$(find "$system/usr" ! -type d)" ] || fail "left behind: $(find "$system/usr" ! -type d)"
+left=$(find "$system" -path "$system/var" -prune -o ! -type d -print)
+[ -z "$left" ] || fail "left behind: $left"
 echo "installed, run and removed"
