@@ -12,7 +12,7 @@ as_root() {
 }
 
 # What each kind of build needs, all from Debian.
-native_packages=(cmake ninja-build g++ clang make pkg-config python3 ccache libjpeg62-turbo-dev libspng-dev
+native_packages=(cmake ninja-build g++ clang libclang-rt-14-dev make pkg-config python3 ccache libjpeg62-turbo-dev libspng-dev
   libcli11-dev nlohmann-json3-dev googletest)
 windows_packages=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 libz-mingw-w64-dev nasm dpkg-dev
   wine wine64)
