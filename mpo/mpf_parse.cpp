@@ -146,8 +146,13 @@ class Parser {
     }
   }
 
+  // A list that a host hands in may count more than there is room for.
+  [[nodiscard]] u32 imageCount() const noexcept {
+    return std::min(index_.list.imageCount, host::mpoMostImages);
+  }
+
   void takeUidList(const MpfTag& row, u32 offset) noexcept {
-    const u32 count = index_.list.imageCount;
+    const u32 count = imageCount();
     if (index_.list.entries == 0 || !fits(offset, u64{count} * host::mpoUidLength)) return;
     // Kept: identifiers go by file order, even where the array's order is another.
     for (u32 image = 0; image < count; ++image) {
@@ -160,7 +165,7 @@ class Parser {
   }
 
   void takeEntryTable(u32 offset) noexcept {
-    const u32 count = index_.list.imageCount;
+    const u32 count = imageCount();
     if (count == 0) return;
     if (index_.list.entries == 0) placeArray(count);
     if (fits(offset, u64{count} * mpfImageEntrySize)) decodeTable(offset, count);

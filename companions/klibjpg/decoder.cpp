@@ -44,6 +44,36 @@ constexpr int adobeAppNumber = 14;
 constexpr std::size_t adobeNameLength = 5;  // without a NUL
 constexpr std::size_t adobeLength = 12;     // T.872 clause 6.5.3
 
+// What the frame header says (T.81 B.2.2). libjpeg takes the values of a second one before it
+// refuses it, when the picture has been laid out by the first.
+class FrameHeader {
+ public:
+  explicit FrameHeader(const jpeg_decompress_struct& info)
+      : width_(info.image_width),
+        height_(info.image_height),
+        components_(info.num_components),
+        precision_(info.data_precision),
+        progressive_(info.progressive_mode),
+        arithmetic_(info.arith_code) {}
+
+  void putBack(jpeg_decompress_struct& info) const {
+    info.image_width = width_;
+    info.image_height = height_;
+    info.num_components = components_;
+    info.data_precision = precision_;
+    info.progressive_mode = progressive_;
+    info.arith_code = arithmetic_;
+  }
+
+ private:
+  JDIMENSION width_;
+  JDIMENSION height_;
+  int components_;
+  int precision_;
+  boolean progressive_;
+  boolean arithmetic_;
+};
+
 UINT16 bigEndian16(const u8* bytes) { return static_cast<UINT16>((bytes[0] << 8) | bytes[1]); }
 
 void noteJfif(jpeg_decompress_struct& info, const u8* payload, std::size_t length) {
@@ -244,12 +274,14 @@ bool Decoder::isScanNeeded() const {
 // A picture of several scans is read to its end here. When one of them is broken, or one too many,
 // the stream ends in front of it and the picture is made from the scans so far.
 bool Decoder::prepareRows() {
+  const FrameHeader frame(info_);
   watchScans();
   const bool started = trap_.run<&Decoder::startPicture>(*this);
   // libjpeg smooths a picture whose last scans are missing, and how depends on all that are there.
   if (started && (stepsOver_ != StepsOver::some || knowsAllCoefficients())) return true;
   if (!started && (trap_.outOfMemory() || beyondData_)) return false;
   if (stepsOver_ == StepsOver::some) return trap_.run<&Decoder::startAnew>(*this) && prepareRows();
+  frame.putBack(info_);
   info_.progress = nullptr;
   info_.unread_marker = 0;
   source_.end();

@@ -123,4 +123,15 @@ TEST(MpfDamaged, EverySingleByteMayLie) {
   }
 }
 
+// Found by the fuzzer. The guard behind the entries tells when one too many is cleared.
+TEST(MpfDamaged, AListThatCountsMoreImagesThanItHoldsIsFilledUpToItsEnd) {
+  const Bytes table = {'M', 'M', 0, 42, 0,  0, 0, 8, 0,  1, 0xB0, 2, 0,
+                       7,   0,   0, 0,  32, 0, 0, 0, 26, 0, 0,    0, 0};
+  Parsed parsed;
+  parsed.list.imageCount = 200;
+  parsed.entries[host::mpoMostImages - 1].size = 5;
+  EXPECT_EQ(parsed.parse(table), mpo::mpfParsed);
+  EXPECT_EQ(+parsed.entries[host::mpoMostImages - 1].size, 0U);
+}
+
 }  // namespace

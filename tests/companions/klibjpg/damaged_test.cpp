@@ -197,6 +197,23 @@ TEST(Damage, BrokenScanHeaderKeepsTheScansBefore) {
   }
 }
 
+// Found by the fuzzer: the values of the second header were taken for those of the picture.
+TEST(Damage, SecondFrameHeaderKeepsTheScansBefore) {
+  const Bytes jpeg = JpegBuilder().size(40, 40).progressive().build();
+  for (const host::u8 marker : {host::u8{0xC0}, host::u8{0xC2}, host::u8{0xC9}}) {
+    for (const std::size_t place : laterMarkers(jpeg)) {
+      const Bytes second = {0xFF, marker, 0, 17,   12, 0,    0,    0,    0, 0,
+                            1,    0x22,   0, 0x02, 17, 0x11, 0x03, 0x11, 1};
+      Bytes damaged = firstPart(jpeg, place);
+      damaged.insert(damaged.end(), second.begin(), second.end());
+      damaged.insert(damaged.end(), jpeg.begin() + static_cast<std::ptrdiff_t>(place), jpeg.end());
+      const Reading reading = readInput(damaged);
+      EXPECT_EQ(reading.result, 1) << place;
+      EXPECT_EQ(reading.pixels.size(), 40U * 40 * 3) << place;
+    }
+  }
+}
+
 TEST(Damage, MissingQuantisationTableFails) {
   Bytes jpeg = JpegBuilder().build();
   for (const auto& segment : support::segmentsOf(jpeg)) {
