@@ -1,8 +1,6 @@
 // Comparing a multi-picture file's index with the pictures in it, and putting it right.
-#include "fiohost/commands/command.h"
-#include "fiohost/commands/results.h"
+#include "fiohost/commands/mpo_rewrite.h"
 #include "fiohost/mpo_edit/mpo_repair.h"
-#include "fiohost/output_file.h"
 
 namespace fiohost {
 namespace {
@@ -64,44 +62,24 @@ class MpoVerifyCommand : public Command {
   bool json_ = false;
 };
 
-class MpoRepairCommand : public Command {
- public:
-  void declare(CLI::App& arguments) override {
-    arguments.add_option("FILE", file_, "a multi-picture file")->required();
-    arguments.add_option("-o,--output", output_, "the file to write, which may be FILE itself")
-        ->required();
-    arguments.add_flag("--force", replace_, "replace an existing output");
-    arguments.add_flag("--json", json_, "print JSON");
-  }
-
-  ExitCode run(const Session&) override {
-    return serveFiles({file_}, {json_}, [this](const std::string& name) { return serve(name); });
-  }
-
+class MpoRepairCommand : public MpoRewriteCommand {
  private:
-  FileResult serve(const std::string& name) const {
+  FileResult serve(const std::string& name) const override {
     const ByteBlock file = readWhole(SourceFile(name).path());
     const MpoSurvey survey = surveyMpo(file);
     const ByteBlock repaired = repairedMpo(file, survey);
-    OutputFile output(output_, replace_ ? Existing::replaced : Existing::refused);
-    output.write(repaired.data(), repaired.size());
-    output.commit();
+    store(repaired);
     const std::size_t count = survey.faults.size();
     const std::string done =
         count == 0 ? "nothing to repair"
                    : std::to_string(count) + (count == 1 ? " fault repaired" : " faults repaired");
-    return {name + " -> " + output_ + ", " + std::to_string(repaired.size()) + " bytes, " + done +
+    return {name + " -> " + output() + ", " + std::to_string(repaired.size()) + " bytes, " + done +
                 "\n" + faultsInWords(name, survey),
             {{"file", name},
-             {"output", output_},
+             {"output", output()},
              {"bytes", repaired.size()},
              {"faults", faultsInJson(name, survey)}}};
   }
-
-  std::string file_;
-  std::string output_;
-  bool replace_ = false;
-  bool json_ = false;
 };
 
 }  // namespace

@@ -2,11 +2,9 @@
 #include <algorithm>
 #include <numeric>
 
-#include "fiohost/commands/command.h"
-#include "fiohost/commands/results.h"
+#include "fiohost/commands/mpo_rewrite.h"
 #include "fiohost/mpo_edit/mpo_content.h"
 #include "fiohost/numbers.h"
-#include "fiohost/output_file.h"
 #include "fiohost/picture_words.h"
 
 namespace fiohost {
@@ -37,38 +35,21 @@ Numbers allNumbers(const MpoContent& content) {
   return numbers;
 }
 
-// What the commands share: a file, an output, and an edit between them.
-class MpoEditCommand : public Command {
- public:
-  void declare(CLI::App& arguments) override {
-    arguments.add_option("FILE", file_, "a multi-picture file")->required();
-    declareEdit(arguments);
-    arguments.add_option("-o,--output", output_, "the file to write, which may be FILE itself")
-        ->required();
-    arguments.add_flag("--force", replace_, "replace an existing output");
-    arguments.add_flag("--json", json_, "print JSON");
-  }
-
-  ExitCode run(const Session&) override {
-    return serveFiles({file_}, {json_}, [this](const std::string& name) { return serve(name); });
-  }
-
+// What the commands share: an edit of the images between a file and an output.
+class MpoEditCommand : public MpoRewriteCommand {
  private:
-  virtual void declareEdit(CLI::App& arguments) = 0;
   [[nodiscard]] virtual MpoContent edited(const MpoContent& content) const = 0;
 
-  FileResult serve(const std::string& name) const {
+  FileResult serve(const std::string& name) const override {
     const MpoContent content = edited(takeApart(readWhole(SourceFile(name).path())));
     const ByteBlock bytes = putTogether(content);
-    OutputFile output(output_, replace_ ? Existing::replaced : Existing::refused);
-    output.write(bytes.data(), bytes.size());
-    output.commit();
+    store(bytes);
     return told(name, content, bytes.size());
   }
 
   FileResult told(const std::string& name, const MpoContent& content, std::size_t size) const {
-    FileResult result = {name + " -> " + output_ + ", " + std::to_string(size) + " bytes\n",
-                         {{"file", name}, {"output", output_}, {"bytes", size}}};
+    FileResult result = {name + " -> " + output() + ", " + std::to_string(size) + " bytes\n",
+                         {{"file", name}, {"output", output()}, {"bytes", size}}};
     result.json["images"] = Json::array();
     std::size_t number = 0;
     for (const MpoPicture& picture : content.pictures) {
@@ -77,11 +58,6 @@ class MpoEditCommand : public Command {
     }
     return result;
   }
-
-  std::string file_;
-  std::string output_;
-  bool replace_ = false;
-  bool json_ = false;
 };
 
 class MpoReorderCommand : public MpoEditCommand {
