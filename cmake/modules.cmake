@@ -82,8 +82,7 @@ function(kf_delay_imports target)
 endfunction()
 
 # kf_test(TARGET SOURCES...): a GoogleTest program and its entries in ctest, named after the build.
-# Under Wine and with sanitizers starting a process costs more than its tests, so there each program
-# is one entry.
+# Where starting and ending a process costs more than its tests, each program is one entry.
 get_filename_component(KF_BUILD_NAME ${PROJECT_BINARY_DIR} NAME)
 # The leak checker of g++ 12 guesses where the C library put a thread's variables of a library that
 # was loaded later, and ends the program when it guesses wrong; without the guess it looks at the rest.
@@ -94,7 +93,7 @@ endif()
 function(kf_test target)
   kf_test_program(${target} ${ARGN})
   target_link_libraries(${target} PRIVATE GTest::gtest_main)
-  if(WIN32 OR KF_SANITIZERS)
+  if(KF_TEST_BY_PROGRAM)
     add_test(NAME ${KF_BUILD_NAME}:${target} COMMAND ${target} --gtest_brief=1)
     set_tests_properties(${KF_BUILD_NAME}:${target} PROPERTIES TIMEOUT 900 ENVIRONMENT "${KF_TEST_ENVIRONMENT}")
   else()
@@ -103,10 +102,29 @@ function(kf_test target)
   endif()
 endfunction()
 
+# A test runs once where it is compiled, so it is compiled quickly. Of the sanitizers its own code has
+# that of addresses only: the others look at what is tested.
+add_library(kf_quick INTERFACE)
+target_compile_options(kf_quick INTERFACE $<$<CONFIG:Release>:-O1>)
+if(KF_FUZZ)
+  target_compile_options(kf_quick INTERFACE -O0 -fno-sanitize=undefined,fuzzer-no-link)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # These warnings name correct copies of strings where <string> comes precompiled.
+  target_compile_options(kf_quick INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
+endif()
+
+# What nearly every test includes, compiled once. Its flags are those of a program.
+file(WRITE ${PROJECT_BINARY_DIR}/test_headers.cpp "int main() {}\n")
+add_executable(kf_test_headers EXCLUDE_FROM_ALL ${PROJECT_BINARY_DIR}/test_headers.cpp)
+target_link_libraries(kf_test_headers PRIVATE kf_platform kf_warnings kf_quick GTest::gmock)
+target_precompile_headers(kf_test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+
 function(kf_test_program target)
   add_executable(${target} ${ARGN})
+  target_precompile_headers(${target} REUSE_FROM kf_test_headers)
   set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests/${target})
-  target_link_libraries(${target} PRIVATE kf_platform kf_warnings GTest::gmock)
+  target_link_libraries(${target} PRIVATE kf_platform kf_warnings kf_quick GTest::gmock)
 endfunction()
 
 # kf_window_test_at(TARGET DPI FILTER): some tests of a window program again, at other dots per inch.

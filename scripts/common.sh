@@ -68,6 +68,13 @@ build() {
   echo "$state" >"$stamp"
 }
 
+# Keeps Wine's own processes for as long as this script lives: a command prompt that waits for its
+# input to end. Without it they start anew for every program, and hold the output of the one that
+# started them, so that ctest waits for programs that have ended long ago.
+hold_wine() {
+  exec {wine_held}> >(exec "$root/cmake/wine" cmd.exe >/dev/null 2>&1)
+}
+
 # One Wine prefix below the build folder, made before several programs ask for it at once.
 prepare_wine() {
   [ -e "$root/build/wineprefix/system.reg" ] && return 0

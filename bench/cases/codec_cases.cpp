@@ -14,7 +14,7 @@ using host::u32;
 
 constexpr u32 quality = 85;
 constexpr unsigned readSteps = 21;
-constexpr unsigned writeSteps = 11;
+constexpr unsigned writeSteps = 20;
 
 void readByPlugin(const Path& path, const Target& target, RowSink& sink) {
   read(open(path), target, sink);

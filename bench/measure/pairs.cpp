@@ -28,8 +28,12 @@ Pairs::Pairs(Work ours, Work beside) : ours_(std::move(ours)), beside_(std::move
 }
 
 double Pairs::step() {
+  // Which of the two comes first changes: what the first leaves behind, in the caches and in
+  // memory, is the second's to pay for.
+  const bool oursFirst = ratios_.size() % 2 == 0;
+  double beside = oursFirst ? 0 : secondsOf(beside_, repetitions_);
   const double ours = secondsOf(ours_, repetitions_);
-  const double beside = secondsOf(beside_, repetitions_);
+  if (oursFirst) beside = secondsOf(beside_, repetitions_);
   ratios_.push_back(ours / beside);
   ourTimes_.push_back(ours / repetitions_);
   besideTimes_.push_back(beside / repetitions_);

@@ -68,11 +68,15 @@ class PropertiesCommand : public Command {
   [[nodiscard]] FileResult serveFile(const Session& session, const SourceFile& file) const {
     Described described = describeFile(session, file);
     if (window_) return show(session, file.name(), described);
-    takeWhole(session, file, described,
-              [&](Described& target) { session.plugin.loadProperties(target.fileData.handle()); });
-    const std::vector<Property> properties = readProperties(session, described.fileData);
-    return extract_.empty() ? list(file.name(), described, properties)
-                            : extract(session, file, properties);
+    const auto load = [&](Described& target) {
+      session.plugin.loadProperties(target.fileData.handle());
+    };
+    if (extract_.empty()) {
+      load(described);
+      return list(file.name(), described, readProperties(session, described.fileData));
+    }
+    takeWhole(session, file, described, load);
+    return extract(session, file, readProperties(session, described.fileData));
   }
 
   static FileResult show(const Session& session, const std::string& name,

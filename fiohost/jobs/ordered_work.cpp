@@ -35,6 +35,7 @@ class Crew {
   // Waits for the piece and throws what it threw. False when it is not begun any more.
   [[nodiscard]] bool await(std::size_t number) {
     std::unique_lock lock(mutex_);
+    awaited_ = number;
     changed_.wait(lock, [&] { return pieces_[number].done || (stopped_ && number >= next_); });
     if (!pieces_[number].done) return false;
     if (pieces_[number].thrown) std::rethrow_exception(pieces_[number].thrown);
@@ -82,7 +83,7 @@ class Crew {
   void finish(std::size_t number, const std::exception_ptr& thrown) {
     const std::lock_guard guard(mutex_);
     pieces_[number] = {true, thrown};
-    changed_.notify_all();
+    if (number == awaited_) changed_.notify_all();
   }
 
   const OrderedSteps& steps_;
@@ -90,6 +91,7 @@ class Crew {
   std::condition_variable changed_;
   std::vector<Piece> pieces_;
   std::size_t next_ = 0;
+  std::size_t awaited_ = 0;
   bool stopped_ = false;
   std::vector<std::thread> threads_;
 };

@@ -171,10 +171,11 @@ UINT Blocks::flags(HGLOBAL handle) {
 
 HGLOBAL Blocks::free(HGLOBAL handle) {
   if (handle == nullptr) return nullptr;
+  decltype(blocks_)::node_type released;  // its memory goes when the lock is free again
   const Guard guard(mutex_);
   const Entry entry = find(handle);
   if (entry == blocks_.end()) return handle;
-  blocks_.erase(entry);
+  released = blocks_.extract(entry);
   return nullptr;
 }
 

@@ -72,8 +72,12 @@ std::shared_ptr<OpenFile> Objects::file(HANDLE handle) { return find<OpenFile>(h
 std::shared_ptr<FileMapping> Objects::mapping(HANDLE handle) { return find<FileMapping>(handle); }
 
 bool Objects::close(HANDLE handle) {
+  decltype(objects_)::node_type closed;  // the system closes it when the lock is free again
   const Guard guard(mutex_);
-  return objects_.erase(handle) != 0;
+  const auto found = objects_.find(handle);
+  if (found == objects_.end()) return false;
+  closed = objects_.extract(found);
+  return true;
 }
 
 void Objects::addView(void* address, SIZE_T size, const FileIdentity& identity) {
@@ -82,11 +86,14 @@ void Objects::addView(void* address, SIZE_T size, const FileIdentity& identity) 
 }
 
 bool Objects::removeView(const void* address) {
-  const Guard guard(mutex_);
-  const auto found = views_.find(address);
-  if (found == views_.end()) return false;
-  munmap(const_cast<void*>(address), found->second.size);
-  views_.erase(found);
+  decltype(views_)::node_type removed;
+  {
+    const Guard guard(mutex_);
+    const auto found = views_.find(address);
+    if (found == views_.end()) return false;
+    removed = views_.extract(found);
+  }
+  munmap(const_cast<void*>(address), removed.mapped().size);
   return true;
 }
 

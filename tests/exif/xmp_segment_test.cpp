@@ -99,6 +99,25 @@ TEST_F(XmpSegment, APacketThatOnlyBeginsLikeAnExtendedOneIsOne) {
   EXPECT_EQ(packets().size(), 1u);
 }
 
+TEST_F(XmpSegment, AGuidIsOfHexadecimalDigits) {
+  slot_.addText(hostText, "Maker");
+  for (const char digit : std::string_view("09AFaf")) {
+    Bytes extended = extendedPacket("<x/>");
+    extended[31] = static_cast<host::u8>(digit);
+    slot_.addBlock(4037, extended);
+  }
+  build();
+  EXPECT_TRUE(packets().empty());
+  for (const char other : std::string_view("/:@G`g")) {
+    PropertySlot slot;
+    Bytes packet = extendedPacket("<x/>");
+    packet[31] = static_cast<host::u8>(other);
+    slot.addBlock(4037, packet);
+    EXPECT_EQ(exif::standardPacketOf(slot.fields().front().descriptor)->size(), packet.size())
+        << other;
+  }
+}
+
 TEST_F(XmpSegment, AFieldBelowFiveBytesOrWithoutABlockGivesNone) {
   slot_.addText(hostText, "Maker");
   slot_.addBlock(4037, {});

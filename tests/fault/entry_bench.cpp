@@ -48,7 +48,7 @@ EntryBench::EntryBench()
   static_cast<void>(::setenv("KFIO_INI", scratch.file("settings.ini").c_str(), 1));
   scratch.write("settings.ini", support::bytesOf("[kfio]\r\n"));
   scratch.write("in.jpg", picture());
-  scratch.write("in.mpo", multiPicture());
+  scratch.write("in.mpo", multiPicture(2));
   for (u8*& row : rows_) row = row_;
   current = this;
 }

@@ -57,6 +57,8 @@ Fault::~Fault() {
 
 bool Fault::struck() const { return used >= firstFailure; }
 
+std::size_t Fault::uses() const { return used; }
+
 std::string whereStruck() {
   std::string calls;
   for (int at = 0; at < depth; ++at) {

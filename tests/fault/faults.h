@@ -29,6 +29,8 @@ class Fault {
 
   // Whether the number was reached, so that something failed.
   [[nodiscard]] bool struck() const;
+  // How often the resource was used.
+  [[nodiscard]] std::size_t uses() const;
 };
 
 // The calls that led to the last fault's first failure, innermost first, for messages.

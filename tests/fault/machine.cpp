@@ -81,7 +81,7 @@ Outcome runInChild(const Operation& operation, Resource resource, std::size_t nu
 }  // namespace
 
 void failEverywhere(const Operation& operation, Resource resource, Extent extent) {
-  for (std::size_t number = 1; number < mostRuns; ++number) {
+  for (std::size_t number = operation.firstUse; number < mostRuns; ++number) {
     SCOPED_TRACE(operation.name + ": " + nameOf(resource) + " use " + std::to_string(number) +
                  (extent == Extent::once ? " fails" : " and all later ones fail"));
     operation.prepare();

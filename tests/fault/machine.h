@@ -24,11 +24,13 @@ struct Operation {
   // Whether the operation may end its process, as a program without memory does: each run has one
   // of its own then.
   bool ownProcess = false;
+  // The first use that fails, where the earlier ones are those of another operation too.
+  std::size_t firstUse = 1;
 };
 
-// Runs the operation with the N-th use of the resource failing, N = 1, 2, 3 ... until a run meets
-// no failure; that one must succeed. After each: blocks, locks, files, mappings, views and the
-// current directory as before.
+// Runs the operation with the N-th use of the resource failing, N = 1, 2, 3 ... (or from its first
+// use on) until a run meets no failure; that one must succeed. After each: blocks, locks, files,
+// mappings, views and the current directory as before.
 void failEverywhere(const Operation& operation, Resource resource, Extent extent);
 
 }  // namespace fault

@@ -68,6 +68,13 @@ Bytes picture() {
       .build();
 }
 
-Bytes multiPicture() { return support::MpoFileBuilder(2).build(); }
+Bytes multiPicture(unsigned images) { return support::MpoFileBuilder(images).build(); }
+
+Bytes staleMultiPicture() {
+  Bytes file = multiPicture(2);
+  const Bytes comment = {0xFF, 0xFE, 0, 6, 'n', 'o', 't', 'e'};
+  file.insert(file.begin() + 2, comment.begin(), comment.end());
+  return file;
+}
 
 }  // namespace fault

@@ -34,6 +34,8 @@ class Scratch {
 
 // A small picture with every kind of segment, and a multi-picture file of two.
 [[nodiscard]] Bytes picture();
-[[nodiscard]] Bytes multiPicture();
+[[nodiscard]] Bytes multiPicture(unsigned images);
+// One whose first picture got a comment from an editor that left the index as it was.
+[[nodiscard]] Bytes staleMultiPicture();
 
 }  // namespace fault

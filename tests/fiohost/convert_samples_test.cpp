@@ -22,21 +22,14 @@ class ConvertSamplesTest : public ProgramTest {
         found.push_back(entry.path());
       }
     }
-    if (found.empty()) std::puts("no sample pictures here: the real-file tests were skipped");
     return found;
   }
 };
 
-double meanDifference(const Pixels& a, const Pixels& b) {
-  double sum = 0;
-  for (std::size_t at = 0; at < a.bytes.size(); ++at) {
-    sum += std::abs(int{a.bytes[at]} - int{b.bytes[at]});
-  }
-  return sum / static_cast<double>(a.bytes.size());
-}
-
 TEST_F(ConvertSamplesTest, EverySegmentAndThePictureSurviveTwoConversions) {
-  for (const std::filesystem::path& sample : samples()) {
+  const std::vector<std::filesystem::path> real = samples();
+  if (real.empty()) GTEST_SKIP() << "there are no real files in " << KF_SAMPLES;
+  for (const std::filesystem::path& sample : real) {
     SCOPED_TRACE(sample.filename().string());
     const std::string name = platform::displayPath(sample);
     const ProcessResult first =

@@ -233,10 +233,12 @@ def sample_files(samples):
 
 def main(fiohost, samples):
     exiftool = shutil.which("exiftool")
-    if exiftool is None or not samples.is_dir():
-        print("The comparison with exiftool was skipped: there is no "
-              + ("exiftool" if exiftool is None else f"folder {samples}"))
-        return 0
+    if exiftool is None:
+        print("there is no exiftool to compare with")
+        return 1
+    if not samples.is_dir():
+        print(f"there is no folder {samples}")
+        return 77
     files = sample_files(samples)
     names = [str(path) for path in files]
     ours = run_json([fiohost, "properties", "--json", "--raw", *names])

@@ -33,6 +33,9 @@ std::ostream& operator<<(std::ostream& out, const Figures& figures) {
 
 class SamplesTest : public ProgramTest {
  protected:
+  void SetUp() override {
+    if (!std::filesystem::is_directory(samples)) GTEST_SKIP() << "there is no folder " << samples;
+  }
   // What identify says about a file's first image; nothing when it cannot open it.
   [[nodiscard]] std::optional<Figures> identify(const std::filesystem::path& path) const {
     const ProcessResult result =
@@ -48,12 +51,6 @@ class SamplesTest : public ProgramTest {
   }
 };
 
-bool samplesAreThere() {
-  if (std::filesystem::is_directory(samples)) return true;
-  std::cout << "The real-file tests were skipped: there is no folder " << samples << "\n";
-  return false;
-}
-
 // The program ended by itself: every line it complained with is its own.
 void expectOrderlyEnd(const ProcessResult& result) {
   ASSERT_THAT(result.exitCode, testing::AnyOf(0, 1)) << result.err;
@@ -65,7 +62,6 @@ void expectOrderlyEnd(const ProcessResult& result) {
 }
 
 TEST_F(SamplesTest, AgreeWithOtherReaders) {
-  if (!samplesAreThere()) return;
   std::vector<std::string> arguments = {"info", "--json"};
   for (const auto& path : sampleFiles()) arguments.push_back(path.string());
   ASSERT_GT(arguments.size(), 2U);
@@ -87,7 +83,6 @@ TEST_F(SamplesTest, AgreeWithOtherReaders) {
 }
 
 TEST_F(SamplesTest, AreDecodedOrRefusedInOrder) {
-  if (!samplesAreThere()) return;
   for (const auto& path : sampleFiles()) {
     SCOPED_TRACE(path);
     expectOrderlyEnd(run({"read", path.string(), "-o", "small.ppm", "--fit", "64x64"}));
@@ -96,7 +91,6 @@ TEST_F(SamplesTest, AreDecodedOrRefusedInOrder) {
 }
 
 TEST_F(SamplesTest, PhotographsAreDecodedAsLibjpegDoes) {
-  if (!samplesAreThere()) return;
   for (const auto& entry : std::filesystem::directory_iterator(samples / "jpeg")) {
     if (entry.path().extension() != ".jpg") continue;
     SCOPED_TRACE(entry.path());

@@ -175,10 +175,6 @@ constexpr const char* atTerminal =
     "sys.exit(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]))\n";
 
 TEST_F(SaveLossTest, AtATerminalTheUserIsAsked) {
-  if (!std::filesystem::exists(KF_PYTHON)) {
-    std::cout << "The terminal was skipped: there is no Python\n";
-    return;
-  }
   addPair();
   const auto convert = [this](const char* answer, const char* output) {
     return runProcess(

@@ -133,10 +133,6 @@ TEST_F(ShellTest, BashCompletesWhatFits) {
 }
 
 TEST_F(ShellTest, GroffTakesTheManualPage) {
-  if (!std::filesystem::exists("/usr/bin/groff")) {
-    std::cout << "The check was skipped: there is no groff\n";
-    return;
-  }
   const ProcessResult result = runProcess(
       "/usr/bin/groff", {"-man", "-ww", "-Tascii", "-P-c", KF_MANUAL}, folder(), folder());
   EXPECT_EQ(result.exitCode, 0);

@@ -57,6 +57,24 @@ TEST_F(FileWriteSegments, FieldsAndThumbnailBecomeASegmentBehindTheKeptOnes) {
   EXPECT_NE(payload.find("Maker"), std::string::npos);
 }
 
+TEST_F(FileWriteSegments, APlaceBehindTheLastLeavesTheBlockAsItIs) {
+  addRaw(7, "seven");
+  addRaw(8, "eight");
+  play([](const host::CodecCallback& callback) {
+    const host::u32 count = countSegments(callback);
+    for (const host::u32 number : {count + 1, count, host::u32{0}, host::u32{1}}) {
+      host::SegmentBlock block = {};
+      block.index = number;
+      block.appNumber = 99;
+      EXPECT_EQ(callback.callback(callback.context, 5, 0, &block), 1u);
+      const bool given = number >= 1 && number <= count;
+      EXPECT_EQ(block.payload != nullptr, given) << number;
+      EXPECT_EQ(block.appNumber != 99, given) << number;
+    }
+  });
+  EXPECT_EQ(write(), 1);
+}
+
 TEST_F(FileWriteSegments, TheThumbnailComesFirstThenTheSegmentThenTheCodec) {
   addField(4006, "Maker");
   EXPECT_EQ(write(), 1);

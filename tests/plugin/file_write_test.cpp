@@ -20,6 +20,7 @@ TEST_F(FileWrite, NullOrShortRecordsGiveZeroWithNothingOpened) {
   EXPECT_EQ(write(nullptr, nullptr, nullptr, giveRows), 0);
   const FileData shorter(745);
   EXPECT_EQ(write(nullptr, shorter.handle(), nullptr, giveRows), 0);
+  EXPECT_EQ(write(nullptr, data().handle(), nullptr, nullptr), 0);
   EXPECT_TRUE(the().calls.empty());
 }
 

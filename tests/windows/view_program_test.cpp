@@ -1,4 +1,5 @@
-// fiohost with files and nothing else, as when they are dropped on it: the window shows them.
+// fiohost with files and nothing else, as when they are dropped on it: the window shows them. A
+// double click starts it without any.
 #include <future>
 
 #include "tests/fiohost/support/program_fixture.h"
@@ -52,6 +53,50 @@ TEST_F(ViewProgramTest, WithoutFilesItIsEmpty) {
   const Window empty = window("fiohost");
   empty.post(WM_COMMAND, 108);  // Exit
   EXPECT_EQ(result.get().exitCode, 0);
+}
+
+// What the system does for a double click on a console program: no arguments, and a console that
+// nobody else has.
+class StartedByDoubleClick {
+ public:
+  StartedByDoubleClick() {
+    STARTUPINFOW own = {};
+    GetStartupInfoW(&own);
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.lpDesktop = own.lpDesktop;
+    std::wstring command = L"\"" + (distributionFolder() / programName).wstring() + L"\"";
+    EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE,
+                               nullptr, nullptr, &startup, &process_));
+  }
+  StartedByDoubleClick(const StartedByDoubleClick&) = delete;
+  StartedByDoubleClick& operator=(const StartedByDoubleClick&) = delete;
+  ~StartedByDoubleClick() {
+    CloseHandle(process_.hThread);
+    CloseHandle(process_.hProcess);
+  }
+
+  [[nodiscard]] DWORD exitCode() const {
+    DWORD code = STILL_ACTIVE;
+    WaitForSingleObject(process_.hProcess, 20000);
+    GetExitCodeProcess(process_.hProcess, &code);
+    return code;
+  }
+
+ private:
+  PROCESS_INFORMATION process_ = {};
+};
+
+TEST_F(ViewProgramTest, ADoubleClickOpensTheEmptyWindow) {
+  const StartedByDoubleClick started;
+  window("fiohost").post(WM_CLOSE);
+  EXPECT_EQ(started.exitCode(), 0U);
+}
+
+TEST_F(ViewProgramTest, WithoutArgumentsWhereOutputIsTakenItTellsHowToUseIt) {
+  const ProcessResult ended = run({});
+  EXPECT_EQ(ended.exitCode, 2);
+  EXPECT_THAT(ended.err, testing::HasSubstr("--help"));
 }
 
 }  // namespace

@@ -168,4 +168,12 @@ std::vector<AppSegment> appSegments(const Bytes& stream) {
   return found;
 }
 
+double meanDifference(const Pixels& a, const Pixels& b) {
+  double sum = 0;
+  for (std::size_t at = 0; at < a.bytes.size(); ++at) {
+    sum += std::abs(int{a.bytes[at]} - int{b.bytes[at]});
+  }
+  return sum / static_cast<double>(a.bytes.size());
+}
+
 }  // namespace fiohostTest

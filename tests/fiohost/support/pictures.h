@@ -48,4 +48,7 @@ using AppSegment = std::pair<int, std::string>;
 
 [[nodiscard]] Pixels decodePng(const Bytes& file);
 
+// How far samples of two pictures of one size lie apart, on average.
+[[nodiscard]] double meanDifference(const Pixels& a, const Pixels& b);
+
 }  // namespace fiohostTest

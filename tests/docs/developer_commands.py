@@ -1,0 +1,124 @@
+"""Checks every command that the pages for developers show: it is there, and takes what it is given.
+
+Building, measuring and fuzzing take minutes, so what they would do is asked for instead of done: a preset
+and a target must be known to CMake, a filter must leave tests, a case or a fuzz target must be listed.
+Everything else is run.
+"""
+import json
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+
+root, build = (pathlib.Path(argument) for argument in sys.argv[1:3])
+pages = ["CONTRIBUTING.md", "ARCHITECTURE.md", "SECURITY.md", *sorted(f"docs/{page.name}" for page in (root / "docs").glob("*.md"))]
+programs = r"(?:\./|cmake|ctest|build/|bench/|fuzz/|scripts/|tests/|packaging/|KF_\w+=)"
+
+
+def commands_of(page):
+    """The lines of indented blocks that begin with a program, and such words in backticks."""
+    for line in page.split("\n"):
+        if re.match(rf"    (?:\$ )?{programs}", line):
+            yield from re.split(r"\s+&&\s+", re.sub(r"\s+#.*|^\s+(\$ )?", "", line))
+        elif not line.startswith("    "):
+            for quoted in re.findall(r"`([^`]+)`", line):
+                if re.match(r"\./\w|(?:cmake|ctest) -|cmake/wine|(?:bench|fuzz|scripts)/(?:run|screenshots|\w+\.sh)\b", quoted):
+                    yield quoted
+
+
+def presets():
+    listed = json.loads((root / "CMakePresets.json").read_text())
+    return {kind: {preset["name"] for preset in listed[f"{kind}Presets"] if not preset.get("hidden")}
+            for kind in ("configure", "build", "test")}
+
+
+def targets():
+    """Every target of the native build, and what names a program of another build of the same sources."""
+    listed = subprocess.run(["ninja", "-C", str(build), "-t", "targets", "all"], capture_output=True, text=True, check=True)
+    return {line.split(":")[0] for line in listed.stdout.split("\n")}
+
+
+def leaves_tests(program, arguments):
+    listed = subprocess.run([program, "--gtest_list_tests", *arguments], cwd=root, capture_output=True, text=True)
+    return listed.returncode == 0 and "  " in listed.stdout
+
+
+def after(words, option):
+    return words[words.index(option) + 1] if option in words else None
+
+
+def fault_of_cmake(words):
+    known = presets()
+    if "--build" in words:
+        place = after(words, "--build") if after(words, "--build") != "--preset" else None
+        if place and place.removeprefix("build/") not in known["configure"]:
+            return "builds in a folder of no preset"
+        if "--preset" in words and after(words, "--preset") not in known["build"]:
+            return "names no build preset"
+        target = after(words, "--target")
+        return None if target is None or target in targets() else f"there is no target {target}"
+    return None if after(words, "--preset") in known["configure"] else "names no configure preset"
+
+
+def fault_of_ctest(words):
+    known = presets()
+    if "--preset" in words:
+        return None if after(words, "--preset") in known["test"] else "names no test preset"
+    if after(words, "--test-dir").removeprefix("build/") not in known["configure"]:
+        return "names a folder of no preset"
+    label = after(words, "-L")
+    labels = re.findall(r"LABELS (\w+)", "".join(page.read_text() for page in root.glob("*/CMakeLists.txt")))
+    return None if label is None or label in labels else f"no test has the label {label}"
+
+
+def fault_of_test_program(words):
+    # The sanitizer builds have the same programs; the native one answers for them.
+    program = build / "dist" / pathlib.Path(words[0]).name
+    if not program.exists():
+        return "is no program of the build"
+    return None if leaves_tests(str(program), words[1:]) else "leaves no test to run"
+
+
+def fault_of_script(words):
+    script = root / words[0].removeprefix("./")
+    if not script.is_file() or not script.stat().st_mode & 0o100:
+        return "is no program"
+    given = [word for word in words[1:] if not re.match(r"[A-Z\[]|\.\.\.|<|-", word)]
+    usage = script.read_text()
+    if words[0] == "fuzz/run":
+        given = [word for word in given[:1] if not (root / "fuzz" / "targets" / f"{word}.cpp").exists()]
+    elif words[0] == "bench/run":
+        cases = "".join(page.read_text() for page in (root / "bench" / "cases").glob("*.cpp"))
+        given = [word for word in given if not re.search(rf'"{word}\b', cases)]
+    else:
+        given = []
+    if given:
+        return f"does not know {given[0]}"
+    unknown = [word for word in words[1:] if re.match(r"--\w", word) and word not in usage]
+    return f"does not know {unknown[0]}" if unknown and words[0] in ("bench/run", "./coverage") else None
+
+
+def fault_of(command):
+    words = [word for word in shlex.split(command) if not re.match(r"\w+=", word)]
+    if ">" in words:
+        words = words[:words.index(">")]
+    if words[0] == "cmake":
+        return fault_of_cmake(words)
+    if words[0] == "ctest":
+        return fault_of_ctest(words)
+    if words[0].startswith("build/"):
+        return fault_of_test_program(words)
+    return fault_of_script(words)
+
+
+seen, faults = 0, []
+for page in pages:
+    for command in commands_of((root / page).read_text()):
+        seen += 1
+        if (fault := fault_of(command)) is not None:
+            faults.append(f"{page}: {command}\n  {fault}")
+print(f"{seen} commands")
+if seen < 20:
+    faults.append("fewer commands were found than the pages have")
+sys.exit("\n".join(faults) if faults else 0)
