@@ -27,7 +27,7 @@ void tell(benchmark::State& state, const Case& measured, const bench::Figure& fi
 void run(benchmark::State& state, const Case& measured) {
   try {
     const std::unique_ptr<bench::Measurement> measurement = measured.prepare();
-    for (auto _ : state) state.SetIterationTime(measurement->step());
+    for ([[maybe_unused]] auto _ : state) state.SetIterationTime(measurement->step());
     tell(state, measured, measurement->figure());
   } catch (const std::exception& error) {
     state.SkipWithError(error.what());

@@ -1,6 +1,7 @@
 #include "fiohost/row_receiver.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "fiohost/colour_rows.h"
 #include "fiohost/failure.h"
@@ -15,9 +16,12 @@ constexpr host::u16 flagLaterPass = 64;
 
 }  // namespace
 
-RowReceiver::RowReceiver(const Target& target, host::u32 bytesPerPixel, const Size& wholeSize,
+RowReceiver::RowReceiver(Target target, host::u32 bytesPerPixel, const Size& wholeSize,
                          Progress& progress)
-    : target_(target), bytesPerPixel_(bytesPerPixel), wholeSize_(wholeSize), progress_(progress) {
+    : target_(std::move(target)),
+      bytesPerPixel_(bytesPerPixel),
+      wholeSize_(wholeSize),
+      progress_(progress) {
   call_.receiver = this;
 }
 

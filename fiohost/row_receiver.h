@@ -25,8 +25,7 @@ class RowReceiver {
     std::optional<Size> box;  // the picture is reduced to fit inside
   };
 
-  RowReceiver(const Target& target, host::u32 bytesPerPixel, const Size& wholeSize,
-              Progress& progress);
+  RowReceiver(Target target, host::u32 bytesPerPixel, const Size& wholeSize, Progress& progress);
 
   // The request to hand to the plug-in together with &onRows; it lives as long as this.
   [[nodiscard]] host::ReadRequest* request() noexcept { return &call_.request; }

@@ -13,7 +13,7 @@ using namespace std::string_view_literals;
 
 // How XMP packets tell of a gain map (ISO 21496-1, annex on metadata; container directories list it
 // by its meaning), and the auxiliary image that means the same.
-constexpr std::string_view gainMapWords[] = {"hdrgm:"sv, "Item:Semantic=\"GainMap\""sv,
+constexpr std::string_view gainMapWords[] = {"hdrgm:"sv, R"(Item:Semantic="GainMap")"sv,
                                              "hdrgainmap"sv};
 
 std::string counted(std::uint64_t count, const std::string& one) {

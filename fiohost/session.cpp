@@ -1,5 +1,7 @@
 #include "fiohost/session.h"
 
+#include <utility>
+
 #include "platform/console/console.h"
 
 namespace fiohost {
@@ -8,8 +10,8 @@ std::filesystem::path pluginFolder() { return platform::programFile().parent_pat
 
 Session::Session() : Session(pluginFolder()) {}
 
-Session::Session(const std::filesystem::path& path)
-    : folder(path),
+Session::Session(std::filesystem::path path)
+    : folder(std::move(path)),
       codec(folder),
       exif(folder),
       utilities(folder),

@@ -14,7 +14,7 @@ struct Session {
   // missing.
   Session();
   // folder: where the plug-in lies.
-  explicit Session(const std::filesystem::path& folder);
+  explicit Session(std::filesystem::path folder);
 
   std::filesystem::path folder;
   Codec codec;

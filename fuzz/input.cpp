@@ -77,7 +77,7 @@ const fiohost::Session& session() {
 }
 
 std::filesystem::path writeInput(const char* name, Bytes input) {
-  const std::filesystem::path path = scratchFolder() / name;
+  std::filesystem::path path = scratchFolder() / name;
   std::ofstream file(path, std::ios::binary);
   file.write(reinterpret_cast<const char*>(input.data()),
              static_cast<std::streamsize>(input.size()));

@@ -35,11 +35,12 @@ class Seeds {
                static_cast<std::streamsize>(content.size()));
   }
   void addPicture(const Bytes& content) {
-    for (const char* target : {"describe", "read", "scan", "round_trip"}) add(target, content);
+    for (const char* target : {"describe", "read", "scan", "round_trip", "strip"})
+      add(target, content);
   }
   void addMpo(const Bytes& content) {
     addPicture(content);
-    add("mpo_read", content);
+    for (const char* target : {"mpo_read", "mpo_edit"}) add(target, content);
   }
 
  private:

@@ -195,11 +195,11 @@ HWND createTreeList(const TreeListRequest& request) noexcept {
   return state.release()->main;
 }
 
-void fetchEditedHeap(HWND mainWindow, HGLOBAL* heap, u32* length) noexcept {
-  *heap = nullptr;
+void fetchEditedHeap(HWND control, HGLOBAL* edited, u32* length) noexcept {
+  *edited = nullptr;
   *length = 0;
-  const TreeListState* state = stateOf(mainWindow);
-  if (state != nullptr && state->heap) *heap = serialiseEditedHeap(*state->heap, *length);
+  const TreeListState* state = stateOf(control);
+  if (state != nullptr && state->heap) *edited = serialiseEditedHeap(*state->heap, *length);
 }
 
 }  // namespace viewer

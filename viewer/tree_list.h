@@ -23,7 +23,7 @@ struct TreeListRequest {
 [[nodiscard]] HWND createTreeList(const TreeListRequest& request) noexcept;
 
 // The changed heap of a control, see serialiseEditedHeap().
-void fetchEditedHeap(HWND mainWindow, HGLOBAL* heap, host::u32* length) noexcept;
+void fetchEditedHeap(HWND control, HGLOBAL* heap, host::u32* length) noexcept;
 
 // Takes the control's window classes back, as far as no window of theirs is left: a class whose
 // procedure lies in an unloaded module must not stay behind.

@@ -26,7 +26,7 @@ bool registerClass(const ClassRow& row) noexcept {
   WNDCLASSW own = {};
   own.style = row.style;
   own.lpfnWndProc = row.procedure;
-  own.cbWndExtra = sizeof(TreeListState*);
+  own.cbWndExtra = sizeof(LONG_PTR);  // the state's address
   own.hInstance = module;
   own.hCursor =
       row.arrow ? LoadCursorW(nullptr, MAKEINTRESOURCEW(32512)) : splitterCursor(Arrangement{});

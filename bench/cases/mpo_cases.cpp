@@ -30,8 +30,8 @@ class BesidePillow final : public Measurement {
   explicit BesidePillow(u32 images)
       : path_(mpoOf(images)),
         folder_(outputPath(std::to_string(images) + "-streams")),
-        pillow_({"/usr/bin/python3", KF_BENCH_SOURCE "/beside/pillow_frames.py", path_.string(),
-                 std::to_string(images), std::to_string(repetitions)}) {
+        pillow_({"/usr/bin/python3", std::string(KF_BENCH_SOURCE) + "/beside/pillow_frames.py",
+                 path_.string(), std::to_string(images), std::to_string(repetitions)}) {
     std::filesystem::create_directories(folder_);
     describeAndExtract(path_, folder_);
   }

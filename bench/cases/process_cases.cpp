@@ -43,8 +43,8 @@ std::unique_ptr<Measurement> prepareMpo(host::u32 images) {
   const std::string file = mpoOf(images).string();
   const std::string folder = outputPath("extracted").string();
   return prepare({openHost(), "mpo", "extract", "--jpeg", "--force", "-o", folder, file},
-                 {"/usr/bin/python3", KF_BENCH_SOURCE "/beside/pillow_frames.py", file,
-                  std::to_string(images), "1"});
+                 {"/usr/bin/python3", std::string(KF_BENCH_SOURCE) + "/beside/pillow_frames.py",
+                  file, std::to_string(images), "1"});
 }
 
 }  // namespace

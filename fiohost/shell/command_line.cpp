@@ -12,7 +12,7 @@ class ExamplesFirst : public CLI::Formatter {
  public:
   std::string make_help(const CLI::App* app, std::string name,
                         CLI::AppFormatMode mode) const override {
-    const std::string help = CLI::Formatter::make_help(app, std::move(name), mode);
+    std::string help = CLI::Formatter::make_help(app, std::move(name), mode);
     if (mode == CLI::AppFormatMode::Sub) return help;
     std::string text;
     for (const Example& example : examplesOf(pathOf(*app))) {

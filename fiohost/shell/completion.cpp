@@ -102,7 +102,8 @@ std::string bashCompletion(const CLI::App& app) {
   for (const CommandWords& words : all) {
     for (const std::string& part : words.parts) {
       const std::string path = words.path.empty() ? part : words.path + " " + part;
-      script += "      \"" + words.path + ":" + part + "\") path=\"" + path + "\" ;;\n";
+      script.append("      \"").append(words.path).append(":").append(part);
+      script.append("\") path=\"").append(path).append("\" ;;\n");
     }
   }
   script += bashMiddle;

@@ -26,7 +26,7 @@ void Renderings::setScreen(const Size& screen, int thumbnail) {
   thumbnailSide_ = side;
 }
 
-void Renderings::reset(std::vector<Extent> stored, Orientation orientation) {
+void Renderings::reset(const std::vector<Extent>& stored, Orientation orientation) {
   orientation_ = orientation;
   images_.clear();
   for (const Extent& size : stored) images_.push_back({size, {}, {}, {}});

@@ -39,7 +39,7 @@ class Renderings {
 
   // Forgets everything. stored: the images' sizes as far as they are known; orientation: of the
   // first, and of the others until they are read.
-  void reset(std::vector<Extent> stored, Orientation orientation);
+  void reset(const std::vector<Extent>& stored, Orientation orientation);
   [[nodiscard]] std::size_t count() const noexcept { return images_.size(); }
 
   [[nodiscard]] Rendering& of(const Task& task);

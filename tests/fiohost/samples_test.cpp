@@ -31,6 +31,19 @@ std::ostream& operator<<(std::ostream& out, const Figures& figures) {
   return out << figures.width << " x " << figures.height << " x " << figures.components;
 }
 
+// A grey sample is all three colours.
+Bytes ppmOf(const Pixels& pixels) {
+  const std::string head =
+      "P6\n" + std::to_string(pixels.width) + " " + std::to_string(pixels.height) + "\n255\n";
+  Bytes file(head.begin(), head.end());
+  if (pixels.channels == 3) {
+    file.insert(file.end(), pixels.bytes.begin(), pixels.bytes.end());
+  } else {
+    for (const std::uint8_t sample : pixels.bytes) file.insert(file.end(), 3, sample);
+  }
+  return file;
+}
+
 class SamplesTest : public ProgramTest {
  protected:
   void SetUp() override {
@@ -95,9 +108,10 @@ TEST_F(SamplesTest, PhotographsAreDecodedAsLibjpegDoes) {
     if (entry.path().extension() != ".jpg") continue;
     SCOPED_TRACE(entry.path());
     const Pixels expected = decodeJpeg(readBytes(entry.path()));
-    ASSERT_EQ(run({"read", entry.path().string(), "-o", "out.png"}).exitCode, 0);
+    // A form that is not compressed, which is what takes longest.
+    ASSERT_EQ(run({"read", entry.path().string(), "-o", "out.ppm"}).exitCode, 0);
     if (expected.channels < 4) {
-      EXPECT_TRUE(png("out.png") == expected);
+      EXPECT_TRUE(readBytes(file("out.ppm")) == ppmOf(expected));
     }
   }
 }

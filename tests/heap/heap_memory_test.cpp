@@ -1,7 +1,9 @@
 // Without memory: each allocation in turn fails, nothing is left behind and nothing half done.
 #include "platform/posix/diagnostics.h"
+#include "property/heap_edit.h"
 #include "tests/heap/heap_fields.h"
 #include "tests/heap/known_items.h"
+#include "viewer/heap_tree.h"
 
 namespace {
 
@@ -92,6 +94,21 @@ TEST_F(HeapMemory, ChangesNoHeapWhenAnythingCannotBeHad) {
     EXPECT_EQ(property.heap(), heap.build());
     expectReport();
   }
+}
+
+TEST_F(HeapMemory, ReportsAnEditedHeapThatThereIsNoRoomFor) {
+  const Bytes bytes = everyRecord().build();
+  auto heap = property::parseHeap(frame::resourceLibrary(), bytes);
+  ASSERT_TRUE(heap);
+  ASSERT_TRUE(property::editHeapItem(*heap, {property::findHeapRow(0x0816), 0},
+                                     {property::HeapFormat::packedText, 0, "longer.jpg"}));
+  doubles::state().reset();
+  const auto before = liveCounts();
+  host::u32 length = 7;
+  EXPECT_EQ(failingAt(0, [&] { return viewer::serialiseEditedHeap(*heap, length); }), nullptr);
+  EXPECT_EQ(length, 0U);
+  EXPECT_EQ(liveCounts(), before);
+  expectReport();
 }
 
 }  // namespace
