@@ -189,16 +189,19 @@ std::string originText(const Property& property) {
 }
 
 Json propertyInJson(const Property& property, bool exact) {
-  Json json = {{"group", groupName(property.group)},
-               {"id", property.id},
-               {"name", property.name},
-               {"tag", property.tag ? Json(*property.tag) : Json(nullptr)},
-               {"type", typeOf(property).name},
-               {"kind", kindName(property)},
-               {"from", originText(property)},
-               {"value", valueText(property, exact)}};
-  if (exact && !isSummary(property)) json["bytes"] = hexText(property.value);
-  return json;
+  // Member by member: a braced list is made of arrays first, and files have thousands of fields.
+  Json::object_t members;
+  members.reserve(9);
+  members.emplace("group", groupName(property.group));
+  members.emplace("id", property.id);
+  members.emplace("name", property.name);
+  members.emplace("tag", property.tag ? Json(*property.tag) : Json(nullptr));
+  members.emplace("type", typeOf(property).name);
+  members.emplace("kind", kindName(property));
+  members.emplace("from", originText(property));
+  members.emplace("value", valueText(property, exact));
+  if (exact && !isSummary(property)) members.emplace("bytes", hexText(property.value));
+  return members;
 }
 
 }  // namespace fiohost

@@ -42,14 +42,15 @@ FileResult serveOne(const std::string& file,
 }
 
 // Every object that is printed begins with the version of its form.
-Json withVersion(const Json& value) {
+Json withVersion(Json value) {
   if (value.is_array()) {
-    Json all = Json::array();
-    for (const Json& each : value) all.push_back(withVersion(each));
-    return all;
+    for (Json& each : value) each = withVersion(std::move(each));
+    return value;
   }
-  Json led = {{"version", jsonVersion}};
-  led.update(value);
+  Json::object_t led;
+  led.reserve(value.size() + 1);
+  led.emplace("version", jsonVersion);
+  for (auto& [key, member] : value.get_ref<Json::object_t&>()) led.emplace(key, std::move(member));
   return led;
 }
 
@@ -69,8 +70,9 @@ struct Served {
 Served serveAsText(const std::string& file, bool json,
                    const std::function<FileResult(const std::string&)>& serve) {
   try {
-    const FileResult result = serveOne(file, serve);
-    return {json ? jsonText(withVersion(result.json)) : result.words, result.warning, std::nullopt};
+    FileResult result = serveOne(file, serve);
+    return {json ? jsonText(withVersion(std::move(result.json))) : std::move(result.words),
+            result.warning, std::nullopt};
   } catch (const Failure& failure) {
     return {json ? jsonText(withVersion(failureInJson(file, failure))) : std::string(), "",
             failure};
