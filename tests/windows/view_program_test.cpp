@@ -21,19 +21,27 @@ class ViewProgramTest : public ProgramTest {
     return std::async(std::launch::async, [this, arguments] { return run(arguments); });
   }
   // The program's window once it shows a title.
-  static Window window(const std::string& title) {
+  static Window window(const std::wstring& title) {
     HWND found = nullptr;
     EXPECT_TRUE(test::eventually([&] {
-      found = FindWindowA("KfPictureWindow", title.c_str());
+      found = FindWindowW(L"KfPictureWindow", title.c_str());
       return found != nullptr && Window(found).visible();
-    })) << title;
+    })) << testing::PrintToString(title);
     return Window(found);
+  }
+  // The only picture of its folder.
+  void expectShown(const std::string& name, const std::wstring& title) {
+    addJpeg(name, {});
+    auto result = start({"view", name});
+    window(title + L" (1 of 1) - fiohost").post(WM_CLOSE);
+    const ProcessResult ended = result.get();
+    EXPECT_EQ(ended.exitCode, 0) << ended.err;
   }
 };
 
 TEST_F(ViewProgramTest, TheCommandShowsAFile) {
   auto result = start({"view", "a.jpg"});
-  window("a.jpg (1 of 1) - fiohost").post(WM_CLOSE);
+  window(L"a.jpg (1 of 1) - fiohost").post(WM_CLOSE);
   const ProcessResult ended = result.get();
   EXPECT_EQ(ended.exitCode, 0);
   EXPECT_EQ(ended.out, "");
@@ -44,13 +52,34 @@ TEST_F(ViewProgramTest, TheCommandShowsAFile) {
 TEST_F(ViewProgramTest, FilesAloneMeanTheWindow) {
   addJpeg("b.jpg", {});
   auto result = start({platform::displayPath(file("b.jpg")), platform::displayPath(file("a.jpg"))});
-  window("b.jpg (1 of 2) - fiohost").post(WM_CLOSE);
+  window(L"b.jpg (1 of 2) - fiohost").post(WM_CLOSE);
   EXPECT_EQ(result.get().exitCode, 0);
+}
+
+TEST_F(ViewProgramTest, NamesMayBeOfAnyScript) {
+  std::filesystem::create_directory(file("\u8A18\u9332"));
+  expectShown("\u8A18\u9332/\u5199\u771F \u00FC.jpg", L"\u5199\u771F \u00FC.jpg");
+}
+
+TEST_F(ViewProgramTest, PathsMayHaveMoreThan260Characters) {
+  std::vector<std::filesystem::path> made;
+  std::string name;
+  for (int depth = 0; depth < 4; ++depth) {
+    name += std::string(90, static_cast<char>('a' + depth)) + "/";
+    made.push_back(file(name));
+    std::filesystem::create_directory(made.back());
+  }
+  expectShown(name + "picture.jpg", L"picture.jpg");
+  for (auto level = made.rbegin(); level != made.rend(); ++level) {
+    std::error_code ignored;
+    std::filesystem::remove(*level / "picture.jpg", ignored);
+    std::filesystem::remove(*level, ignored);
+  }
 }
 
 TEST_F(ViewProgramTest, WithoutFilesItIsEmpty) {
   auto result = start({"view"});
-  const Window empty = window("fiohost");
+  const Window empty = window(L"fiohost");
   empty.post(WM_COMMAND, 108);  // Exit
   EXPECT_EQ(result.get().exitCode, 0);
 }
@@ -89,7 +118,7 @@ class StartedByDoubleClick {
 
 TEST_F(ViewProgramTest, ADoubleClickOpensTheEmptyWindow) {
   const StartedByDoubleClick started;
-  window("fiohost").post(WM_CLOSE);
+  window(L"fiohost").post(WM_CLOSE);
   EXPECT_EQ(started.exitCode(), 0U);
 }
 
