@@ -74,8 +74,9 @@ def fault_of_ctest(words):
 
 def fault_of_test_program(words):
     # The sanitizer builds have the same programs; the native one answers for them.
-    program = build / "dist" / pathlib.Path(words[0]).name
-    if not program.exists():
+    program = next((place for place in (build / "dist" / pathlib.Path(words[0]).name,
+                                        build / pathlib.Path(*pathlib.Path(words[0]).parts[2:])) if place.exists()), build)
+    if not program.is_file():
         return "is no program of the build"
     return None if leaves_tests(str(program), words[1:]) else "leaves no test to run"
 
