@@ -71,8 +71,15 @@ ByteBlock repairedMpo(ByteView file, const MpoSurvey& survey) {
         fault.advice);
   }
   const MpoContent content = takeApart(file, survey);
-  const bool allFound = content.pictures.size() == survey.images.size();
-  return allFound ? rewritten(file, survey, content) : putTogether(content);
+  if (content.pictures.size() == survey.images.size()) {
+    // An index that lacks a value, or holds it in another form, has no place for the right one.
+    ByteBlock result = rewritten(file, survey, content);
+    if (surveyMpo(result).faults.empty()) return result;
+  }
+  // Where a damaged picture hides the beginning or the end of another, no index is right.
+  ByteBlock result = putTogether(content);
+  if (surveyMpo(result).faults.empty()) return result;
+  throw Failure("its pictures cannot be told apart", "fetch the file again");
 }
 
 }  // namespace fiohost
