@@ -153,6 +153,15 @@ TEST_F(MpoVerifyTest, OtherFaultsOfTheIndex) {
   expectRepairGives(right_);
 }
 
+TEST_F(MpoVerifyTest, AnIndexWithoutACountGetsOne) {
+  Bytes bad = right_;
+  const std::size_t countEntry = entryPlace(1) - 4 - 3 * 12;
+  bad[countEntry + 1] = 0xF0;  // a tag that nobody knows
+  EXPECT_EQ(faults(bad).size(), 1U);
+  EXPECT_EQ(run({"mpo", "repair", "bad.mpo", "-o", "good.mpo", "--force"}).exitCode, 0);
+  EXPECT_EQ(run({"mpo", "verify", "good.mpo"}).exitCode, 0);
+}
+
 TEST_F(MpoVerifyTest, AnImageThatIsGoneIsDropped) {
   const std::size_t third = info("out.mpo")["images"][2]["offset"];
   Bytes bad = right_;
