@@ -17,7 +17,8 @@ platform::OpenFile openSource(const char* path, HGLOBAL fileData) noexcept {
 
 ImageInput::ImageInput(HANDLE given, const char* path, HGLOBAL fileData) noexcept
     : opened_(given == nullptr ? openSource(path, fileData) : platform::OpenFile()),
-      codec_(given != nullptr ? given : opened_.get()),
+      file_(given != nullptr ? given : opened_.get()),
+      codec_(file_),
       ready_((given != nullptr || opened_) && codec_) {
   if (given == nullptr && !opened_) {
     report(readSource);

@@ -16,6 +16,11 @@ class ImageInput {
 
   explicit operator bool() const noexcept { return ready_; }
 
+  // Of the whole file, in bytes; none when it cannot be told.
+  [[nodiscard]] std::optional<host::u64> fileSize() const noexcept {
+    return platform::fileSizeOf(file_);
+  }
+
   // Runs the codec over the image at that position of the record's list, over the first image when
   // the list has no such entry.
   [[nodiscard]] int run(const MpoRecord& record, host::u32 position,
@@ -23,6 +28,7 @@ class ImageInput {
 
  private:
   platform::OpenFile opened_;
+  HANDLE file_;
   CodecInput codec_;
   bool ready_;
 };

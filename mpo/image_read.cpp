@@ -20,16 +20,40 @@ constexpr property::CaptureRules imageRules{.joinExtendedXmp = false, .keepRawBe
 constexpr u32 headerAnnounced = 2;
 constexpr u32 bitsPerSample = 8;
 constexpr u32 rowMode = 7;
+constexpr u32 refused = 0;  // an answer that makes the codec fail
+
+// A list may name the same bytes for every image, so that a small file asks for all of them over
+// and over. What the images of one read come to is held against the file's size, from a size on
+// that only large files have. A single image is left to the codec.
+class PixelBudget {
+ public:
+  [[nodiscard]] bool spend(u64 pixels, const ImageInput& input) noexcept {
+    spent_ += pixels;
+    if (++images_ == 1 || spent_ <= freePixels) return true;
+    return spent_ / mostPixelsOfAByte <= input.fileSize().value_or(spent_);
+  }
+
+ private:
+  static constexpr u64 freePixels = u64{1} << 28;
+  // A block of 64 samples takes one bit at least (T.81, F.1.2).
+  static constexpr u64 mostPixelsOfAByte = 64 * 8;
+
+  u64 spent_ = 0;
+  u32 images_ = 0;
+};
 
 // One image on its way to the host's callback.
 class ImageDelivery {
  public:
   ImageDelivery(HGLOBAL fileData, host::MPORequestCallback* hostCallback, void* context,
-                u32 position, SegmentIntake& intake) noexcept
+                u32 position, const ImageInput& input, PixelBudget& budget,
+                SegmentIntake& intake) noexcept
       : fileData_(fileData),
         hostCallback_(hostCallback),
         hostContext_(context),
         position_(position),
+        input_(input),
+        budget_(budget),
         intake_(intake) {}
 
   [[nodiscard]] host::CodecCallback callback() noexcept { return {this, &onEvent}; }
@@ -51,6 +75,7 @@ class ImageDelivery {
   }
 
   u32 announce(const host::ImageHeader& header) noexcept {
+    if (!budget_.spend(u64{header.width} * header.height, input_)) return refused;
     host::ImageRequest request = {};
     request.size = sizeof request;
     request.imageNumber = position_ + 1;
@@ -82,6 +107,8 @@ class ImageDelivery {
   host::MPORequestCallback* hostCallback_;
   void* hostContext_;
   u32 position_;
+  const ImageInput& input_;
+  PixelBudget& budget_;
   SegmentIntake& intake_;
 };
 
@@ -120,8 +147,8 @@ class KeptIndex {
   platform::OwnedGlobal copy_;
 };
 
-int decodeImage(HGLOBAL fileData, host::MPORequestCallback* callback, void* context,
-                u32 position) noexcept {
+int decodeImage(HGLOBAL fileData, host::MPORequestCallback* callback, void* context, u32 position,
+                PixelBudget& budget) noexcept {
   const platform::TemporaryWorkingDirectory temporary;
   const MpoRecord record(fileData);
   ImageInput input(nullptr, nullptr, fileData);
@@ -134,16 +161,16 @@ int decodeImage(HGLOBAL fileData, host::MPORequestCallback* callback, void* cont
   property::SegmentCapture capture(record.address(), record.size(), imageRules);
   SegmentIntake intake(record.index(), &capture);
   intake.beginImage(position, record.imageStart(position));
-  ImageDelivery delivery(fileData, callback, context, position, intake);
+  ImageDelivery delivery(fileData, callback, context, position, input, budget, intake);
   const int codecResult = input.run(record, position, delivery.callback());
   const int result = jpeg::resultOfRead(codecResult, capture, readCodec.source, readCodec.position);
   if (result != 1) before.restore();
   return result;
 }
 
-int readImage(HGLOBAL fileData, host::MPORequestCallback* callback, void* context,
-              u32 position) noexcept {
-  const int result = decodeImage(fileData, callback, context, position);
+int readImage(HGLOBAL fileData, host::MPORequestCallback* callback, void* context, u32 position,
+              PixelBudget& budget) noexcept {
+  const int result = decodeImage(fileData, callback, context, position, budget);
   // The image counts even when its metadata cannot be taken in.
   if (result == 1) static_cast<void>(property::scanMappedFile(fileData, nullptr, position));
   return result;
@@ -153,6 +180,7 @@ int readImage(HGLOBAL fileData, host::MPORequestCallback* callback, void* contex
 
 int readImages(HGLOBAL fileData, host::MPORequestCallback* callback, void* context,
                int index) noexcept {
+  PixelBudget budget;
   bool listed = false;
   u32 count = 0;
   {
@@ -161,14 +189,14 @@ int readImages(HGLOBAL fileData, host::MPORequestCallback* callback, void* conte
     listed = record.list() != nullptr;
     count = record.imageCount();
   }
-  if (!listed) return readImage(fileData, callback, context, 0);
+  if (!listed) return readImage(fileData, callback, context, 0, budget);
   if (index != everyImage) {
     const bool exists = index >= 1 && static_cast<u32>(index) <= count;
-    return exists ? readImage(fileData, callback, context, static_cast<u32>(index) - 1) : 0;
+    return exists ? readImage(fileData, callback, context, static_cast<u32>(index) - 1, budget) : 0;
   }
   // The count as the record was described: an image's own segment may claim another.
   for (u32 position = 0; position < count; ++position) {
-    const int result = readImage(fileData, callback, context, position);
+    const int result = readImage(fileData, callback, context, position, budget);
     if (result != 1) return result;
   }
   return 1;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 
 #include "companions/klibjpg/description.h"
 #include "companions/klibjpg/row_conversion.h"
@@ -29,13 +30,14 @@ constexpr u64 freeScans = 16;
 // ... and further ones as long as they visit no more blocks than this, about a second of work.
 constexpr u64 extraBlocks = u64{1} << 25;
 
-// A header can ask for a picture that its stream holds nothing of. Rows that are missing are made
-// up, but not for a picture of more blocks than these: rows of a picture in one scan are copies,
-// the coefficients of others are all kept and transformed ...
+// A header can ask for a picture that its stream holds nothing of. Blocks that are missing are made
+// up, but not more of a scan than these: rows of a picture in one scan whose data has ended are
+// copies, others are decoded or their coefficients kept ...
 constexpr u64 freeBlocksToCopy = u64{1} << 22;
-constexpr u64 freeBlocksToKeep = u64{1} << 19;
-// ... and more than the stream has bits for: every block takes one at least (T.81, F.1.2), and a
-// picture that was cut off has many times as much for those that are left.
+constexpr u64 freeBlocksToMake = u64{1} << 19;
+// ... and more than the stream has bits for: every block takes one at least (T.81, F.1.2; in a
+// progressive picture in its first scan, G.1.2), and a picture that was cut off has many times as
+// much for those that are left.
 constexpr u64 bitsPerByte = 8;
 
 constexpr char jfifSignature[] = "JFIF";  // with its NUL
@@ -94,12 +96,20 @@ void noteAdobe(jpeg_decompress_struct& info, const u8* payload, std::size_t leng
   info.Adobe_transform = payload[11];
 }
 
-u64 blocksOf(const jpeg_decompress_struct& info) {
-  u64 blocks = 0;
-  for (int i = 0; i < info.num_components; ++i) {
-    blocks += u64{info.comp_info[i].width_in_blocks} * info.comp_info[i].height_in_blocks;
-  }
-  return blocks;
+u64 blocksOf(const jpeg_component_info& component) {
+  return u64{component.width_in_blocks} * component.height_in_blocks;
+}
+
+u64 blocksOfPicture(const jpeg_decompress_struct& info) {
+  return std::accumulate(
+      info.comp_info, info.comp_info + info.num_components, u64{0},
+      [](u64 sum, const jpeg_component_info& component) { return sum + blocksOf(component); });
+}
+
+u64 blocksOfScan(const jpeg_decompress_struct& info) {
+  return std::accumulate(
+      info.cur_comp_info, info.cur_comp_info + info.comps_in_scan, u64{0},
+      [](u64 sum, const jpeg_component_info* component) { return sum + blocksOf(*component); });
 }
 
 }  // namespace
@@ -234,7 +244,7 @@ void Decoder::chooseScale(u32 wantedWidth, u32 wantedHeight) {
 void Decoder::watchScans() {
   watch_.decoder = this;
   watch_.seen = 0;
-  watch_.budget = freeScans + extraBlocks / std::max<u64>(blocksOf(info_), 1);
+  watch_.budget = freeScans + extraBlocks / std::max<u64>(blocksOfPicture(info_), 1);
   watch_.progress_monitor = [](j_common_ptr info) {
     Decoder& decoder = *static_cast<ScanWatch*>(info->progress)->decoder;
     decoder.watchScan();
@@ -306,15 +316,19 @@ void Decoder::startAnew() {
 
 void Decoder::startPicture() { jpeg_start_decompress(&info_); }
 
+// Blocks of the scan that were decoded. Arithmetic coding spends no whole bits on them.
+u64 Decoder::blocksSoFar() const {
+  if (info_.arith_code != FALSE) return 0;
+  return blocksOfScan(info_) * info_.input_iMCU_row / info_.total_iMCU_rows;
+}
+
 void Decoder::refuseBeyondData() {
-  if (!streamEnded()) return;
-  const u64 blocks = blocksOf(info_);
-  const u64 freeBlocks = isCopiedAtTheEnd() ? freeBlocksToCopy : freeBlocksToKeep;
+  const bool ended = source_.ended() || isDataEnded(info_);
+  const u64 blocks = ended ? blocksOfScan(info_) : blocksSoFar();
+  const u64 freeBlocks = ended && isCopiedAtTheEnd() ? freeBlocksToCopy : freeBlocksToMake;
   beyondData_ = blocks > freeBlocks && blocks / bitsPerByte > source_.bytes();
   if (beyondData_) ErrorTrap::raise(reinterpret_cast<j_common_ptr>(&info_));
 }
-
-bool Decoder::streamEnded() const { return source_.ended() || info_.unread_marker == JPEG_EOI; }
 
 bool Decoder::isCopiedAtTheEnd() const {
   return !jpeg_has_multiple_scans(const_cast<j_decompress_ptr>(&info_)) &&
@@ -347,7 +361,7 @@ void Decoder::deliverRows() {
     u8* const place = receiver_.placeFor(block.row, block.byteCount);
     block.pixels = place != nullptr ? place : ownRow;
     decodeRow(block);
-    refuseBeyondData();
+    if (!jpeg_has_multiple_scans(&info_)) refuseBeyondData();  // those of others are all read
     giveRow(block);
   }
 }

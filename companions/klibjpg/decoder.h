@@ -45,9 +45,9 @@ class Decoder {
   void startAnew();
   void deliverRows();
 
-  // Abandons the step when the stream has ended and the picture is far larger than its data.
+  // Abandons the step when the picture is far larger than its data.
   void refuseBeyondData();
-  [[nodiscard]] bool streamEnded() const;
+  [[nodiscard]] host::u64 blocksSoFar() const;
   [[nodiscard]] bool isCopiedAtTheEnd() const;
   [[nodiscard]] bool rowsRepeat();
   [[nodiscard]] host::u8* allocateRow(host::u32 byteCount);

@@ -7,6 +7,11 @@
 
 namespace klibjpg {
 
+// Whether no more data of the scan can follow. A marker ends the data, behind which libjpeg makes up
+// the rest. Where restarts are defined it looks for them behind the codes that T.81 reserves, and goes
+// on behind a restart marker.
+[[nodiscard]] bool isDataEnded(const jpeg_decompress_struct& info) noexcept;
+
 // Silent: warnings are passed over and nothing is ever printed. An error, or raise(), abandons the
 // step that is running. Because that jumps over frames without unwinding them, no frame between
 // run() and the error may own anything: the steps are functions without locals that have
@@ -26,8 +31,8 @@ class ErrorTrap : private jpeg_error_mgr {
   // Of a step that was abandoned: whether there was no memory. The stream is none the worse for it.
   [[nodiscard]] bool outOfMemory() const noexcept { return msg_code == JERR_OUT_OF_MEMORY; }
 
-  // Whether entropy-coded data ended early, at the end of the image: all blocks since then are made
-  // up. Other markers in the data may be followed by more of it.
+  // Whether entropy-coded data ended early and for good: all blocks of the scan since then are made
+  // up.
   [[nodiscard]] bool hitEnd() const noexcept { return hitEnd_; }
 
   // Abandons the step that is running on info. Only from inside a step.

@@ -44,6 +44,8 @@ class MpoVerifyTest : public MpoProgramTest {
     constexpr std::size_t entries = 4;
     return header + 8 + 2 + entries * 12 + 4 + 16 * (number - 1U);
   }
+  // The entry for the number of images, the second of the IFD.
+  [[nodiscard]] std::size_t countEntryPlace() const { return entryPlace(1) - 4 - 3 * 12; }
   void put32(Bytes& bytes, std::size_t place, std::uint32_t value) const {
     for (unsigned i = 0; i < 4; ++i) bytes[place + i] = static_cast<std::uint8_t>(value >> 8 * i);
   }
@@ -147,19 +149,55 @@ TEST_F(MpoVerifyTest, OtherFaultsOfTheIndex) {
   EXPECT_EQ(faults(bad)[0]["kind"], "representative");
   expectRepairGives(right_);
   bad = right_;
-  const std::size_t countValue = entryPlace(1) - 4 - 3 * 12 + 8;
-  put32(bad, countValue, 2);
+  put32(bad, countEntryPlace() + 8, 2);
   EXPECT_THAT(faults(bad)[0]["sentence"], HasSubstr("tells of 2 images and lists 3"));
   expectRepairGives(right_);
 }
 
 TEST_F(MpoVerifyTest, AnIndexWithoutACountGetsOne) {
   Bytes bad = right_;
-  const std::size_t countEntry = entryPlace(1) - 4 - 3 * 12;
-  bad[countEntry + 1] = 0xF0;  // a tag that nobody knows
+  bad[countEntryPlace() + 1] = 0xF0;  // a tag that nobody knows
   EXPECT_EQ(faults(bad).size(), 1U);
   EXPECT_EQ(run({"mpo", "repair", "bad.mpo", "-o", "good.mpo", "--force"}).exitCode, 0);
   EXPECT_EQ(run({"mpo", "verify", "good.mpo"}).exitCode, 0);
+}
+
+// Behind the third of four pictures lies the torn head of another, with a comment that ends inside
+// the picture behind it. In the order of the index that would be another picture, and the comment
+// would end behind its first segment: a stream that hides it.
+TEST_F(MpoVerifyTest, PicturesThatWouldNotBeToldApartAreRefused) {
+  static_cast<void>(build(addPictures(4), {"--kind", "multi-angle"}));
+  right_ = readBytes(file("out.mpo"));
+  std::vector<Bytes> pictures;
+  const nlohmann::json images = info("out.mpo")["images"];
+  for (const nlohmann::json& image : images) pictures.push_back(rangeOf("out.mpo", image));
+  const std::size_t commentLength = 2 + 2 + 2 + pictures[3][5];  // FF D8, a marker and its segment
+  Bytes longSegment(100, 0);
+  std::copy_n(Bytes{0xFF, 0xEB, 0, 98}.begin(), 4, longSegment.begin());
+  pictures[1].insert(pictures[1].begin() + 2, longSegment.begin(), longSegment.end());
+  const Bytes torn = {0xFF, 0xD8, 0xFF, 0xFE, 0, static_cast<std::uint8_t>(commentLength)};
+
+  Bytes bad = pictures[0];
+  const std::size_t header = entryPlace(1) - 4 - 4 * 12 - 2 - 8;
+  const auto append = [&](unsigned number) {
+    put32(bad, entryPlace(number) + 4, static_cast<std::uint32_t>(pictures[number - 1].size()));
+    put32(bad, entryPlace(number) + 8, static_cast<std::uint32_t>(bad.size() - header));
+    bad.insert(bad.end(), pictures[number - 1].begin(), pictures[number - 1].end());
+  };
+  append(3);
+  bad.insert(bad.end(), torn.begin(), torn.end());
+  append(2);
+  append(4);
+  writeBytes(file("bad.mpo"), bad);
+  EXPECT_EQ(run({"mpo", "verify", "bad.mpo"}).exitCode, 0);
+
+  bad[countEntryPlace() + 1] = 0xF0;  // a tag that nobody knows
+  EXPECT_EQ(faults(bad).size(), 1U);
+  const ProcessResult result = run({"mpo", "repair", "bad.mpo", "-o", "good.mpo"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("bad.mpo"));
+  EXPECT_THAT(result.err, HasSubstr("its pictures cannot be told apart; fetch the file again"));
+  EXPECT_FALSE(std::filesystem::exists(file("good.mpo")));
 }
 
 TEST_F(MpoVerifyTest, AnImageThatIsGoneIsDropped) {

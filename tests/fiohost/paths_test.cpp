@@ -36,19 +36,9 @@ TEST_F(PathTest, CharactersBeyondTheBasicPlane) {
 }
 
 TEST_F(PathTest, MoreThan260Characters) {
-  std::vector<std::filesystem::path> made;
-  std::string name;
-  for (int depth = 0; depth < 4; ++depth) {
-    name += std::string(90, static_cast<char>('a' + depth)) + "/";
-    made.push_back(file(name));
-    std::filesystem::create_directory(made.back());
-  }
-  expectServed(name + "picture.jpg", name + "copy.png");
-  for (auto level = made.rbegin(); level != made.rend(); ++level) {
-    for (const auto& each : {*level / "picture.jpg", *level / "copy.png", *level}) {
-      std::error_code ignored;
-      std::filesystem::remove(each, ignored);
-    }
+  {
+    const DeepFolders deep(folder());
+    expectServed(deep.name() + "picture.jpg", deep.name() + "copy.png");
   }
   EXPECT_TRUE(namesIn(folder()).empty());
 }

@@ -125,6 +125,24 @@ TEST_F(MpoImageRead, MinusOneStopsAtTheFirstOtherResult) {
   }
 }
 
+// A list can name one small stream many times.
+TEST_F(MpoImageRead, ImagesOfManyMorePixelsThanTheFileHasBitsForAreRefused) {
+  codec_.headerWidth = 20000;
+  codec_.headerHeight = 10000;
+  EXPECT_EQ(read(-1), 0);
+  const std::vector<int> seen = actions();
+  EXPECT_EQ(std::count(seen.begin(), seen.end(), 1), 1);  // the first one's header
+  EXPECT_THAT(reportedErrors(), testing::ElementsAre(std::vector{4020, 3, 1890, 1891, 548}));
+  EXPECT_EQ(read(2), 1);  // of a single image the codec judges
+  codec_.headerWidth = 6000;
+  EXPECT_EQ(read(-1), 1);
+  codec_.headerWidth = 20000;
+  Bytes large = builder_.build();
+  large.resize(3 * 20000 * 10000 / (64 * 8));
+  describe(large);
+  EXPECT_EQ(read(-1), 1);
+}
+
 TEST_F(MpoImageRead, AnEmptyListIsASuccessForAllAndNoneForOne) {
   data_->with<host::MpoFileData>([](auto& data) { data.list.imageCount = 0; });
   EXPECT_EQ(read(-1), 1);

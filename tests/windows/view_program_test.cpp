@@ -62,19 +62,8 @@ TEST_F(ViewProgramTest, NamesMayBeOfAnyScript) {
 }
 
 TEST_F(ViewProgramTest, PathsMayHaveMoreThan260Characters) {
-  std::vector<std::filesystem::path> made;
-  std::string name;
-  for (int depth = 0; depth < 4; ++depth) {
-    name += std::string(90, static_cast<char>('a' + depth)) + "/";
-    made.push_back(file(name));
-    std::filesystem::create_directory(made.back());
-  }
-  expectShown(name + "picture.jpg", L"picture.jpg");
-  for (auto level = made.rbegin(); level != made.rend(); ++level) {
-    std::error_code ignored;
-    std::filesystem::remove(*level / "picture.jpg", ignored);
-    std::filesystem::remove(*level, ignored);
-  }
+  const DeepFolders deep(folder());
+  expectShown(deep.name() + "picture.jpg", L"picture.jpg");
 }
 
 TEST_F(ViewProgramTest, WithoutFilesItIsEmpty) {

@@ -156,16 +156,91 @@ TEST(Damage, LargeCutPictureInOneScanIsDeliveredWhole) {
   EXPECT_EQ(reading.rows.size(), 6400U);
 }
 
+void expectSoonRefused(const Bytes& jpeg, std::size_t mostRows = 64) {
+  const Reading reading = readInput(jpeg, goOn, 512);
+  EXPECT_EQ(reading.result, 0);
+  EXPECT_EQ(reading.headers.size(), 1U);
+  EXPECT_LT(reading.rows.size(), mostRows);
+}
+
 TEST(Damage, PictureFarLargerThanItsDataFailsAfterItsHeader) {
-  for (const bool progressive : {false, true}) {
-    JpegBuilder builder = JpegBuilder().layout(Layout::grey);
-    if (progressive) builder.progressive();
-    const unsigned width = progressive ? 6400 : 32768;
-    const Reading reading = readInput(withSize(builder.build(), width, progressive ? 6400 : 16384));
-    EXPECT_EQ(reading.result, 0) << progressive;
-    EXPECT_EQ(reading.headers.size(), 1U);
-    EXPECT_LT(reading.rows.size(), 64U);
+  const JpegBuilder grey = JpegBuilder().layout(Layout::grey);
+  expectSoonRefused(withSize(grey.build(), 32768, 16384));
+  expectSoonRefused(withSize(JpegBuilder(grey).progressive().build(), 6400, 6400));
+}
+
+// A marker in the data ends it like the end of the image, since no restarts are defined.
+TEST(Damage, RowsBehindAMarkerInTheDataAreCopies) {
+  for (const int vertical : {1, 2}) {
+    Bytes jpeg = JpegBuilder().size(40, 200).sampling(2, vertical).build();
+    const std::size_t data = endOfHeader(jpeg);
+    for (const host::u8 marker : {host::u8{0xC0}, host::u8{0xD3}, host::u8{0xE1}, host::u8{0x02}}) {
+      Bytes torn = jpeg;
+      const std::size_t middle = (data + jpeg.size()) / 2;
+      torn[middle] = 0xFF;
+      torn[middle + 1] = marker;
+      ASSERT_TRUE(readInput(torn).pixels == referenceDecode(torn).pixels) << int{marker};
+    }
   }
+}
+
+Bytes streamOf(const std::vector<Bytes>& parts) {
+  Bytes all;
+  for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
+Bytes repeated(const Bytes& part, std::size_t count) {
+  return streamOf(std::vector<Bytes>(count, part));
+}
+
+const Bytes endOfImage = {0xFF, 0xD9};
+const Bytes longestInterval = {0xFF, 0xDD, 0, 4, 0xFF, 0xFF};  // 65,535 MCUs between restarts
+
+// Restart markers with a few bits of data behind each.
+Bytes restarts(std::size_t eights) {
+  Bytes eight;
+  for (host::u8 i = 0; i < 8; ++i) {
+    const Bytes restart = {0, 0, 0xFF, static_cast<host::u8>(0xD0 + i)};
+    eight.insert(eight.end(), restart.begin(), restart.end());
+  }
+  return repeated(eight, eights);
+}
+
+// The header of a grey picture without its scan, and the scan's.
+struct Head {
+  Head(const JpegBuilder& builder, host::u32 width, host::u32 height) {
+    const Bytes jpeg = withSize(JpegBuilder(builder).layout(Layout::grey).build(), width, height);
+    const std::size_t place = endOfHeader(jpeg) - 10;
+    EXPECT_EQ(jpeg[place + 1], startOfScan);
+    tables = firstPart(jpeg, place);
+    scan = Bytes(jpeg.begin() + static_cast<std::ptrdiff_t>(place),
+                 jpeg.begin() + static_cast<std::ptrdiff_t>(place) + 10);
+  }
+  Bytes tables;
+  Bytes scan;
+};
+
+// What is told of the size of a picture costs no time where hardly any data follows, whatever
+// marker stands in its place.
+TEST(Damage, HardlyAnyDataForALargePictureFails) {
+  const Head head({}, 65500, 65500);
+  const Bytes frame = {0xFF, 0xC0, 0, 11, 8, 0, 8, 0, 8, 1, 1, 0x11, 0};
+  expectSoonRefused(streamOf({head.tables, head.scan, Bytes(20, 0), frame, endOfImage}));
+  expectSoonRefused(
+      streamOf({head.tables, head.scan, Bytes(20, 0), {0xFF, 0xE1, 0, 2}, endOfImage}));
+  expectSoonRefused(streamOf({head.tables, longestInterval, head.scan, restarts(250), endOfImage}),
+                    600);
+}
+
+// Nor memory, where much follows that is no data of the scan.
+TEST(Damage, HardlyAnyDataForManyCoefficientsFails) {
+  const Head head(JpegBuilder().progressive(), 8000, 8000);
+  Bytes comment(65537, ' ');
+  std::copy_n(Bytes{0xFF, 0xFE, 0xFF, 0xFF}.begin(), 4, comment.begin());
+  const Bytes rest = streamOf({repeated(comment, 4), head.scan, Bytes(20, 0), endOfImage});
+  expectSoonRefused(streamOf({head.tables, head.scan, Bytes(20, 0), rest}));
+  expectSoonRefused(streamOf({head.tables, longestInterval, head.scan, restarts(2), rest}));
 }
 
 TEST(Damage, BrokenTableBetweenScansKeepsTheScansBefore) {

@@ -50,4 +50,22 @@ TemporaryFolder::~TemporaryFolder() {
   std::filesystem::remove_all(path_, ignored);
 }
 
+DeepFolders::DeepFolders(const std::filesystem::path& outermost) {
+  for (const char letter : {'a', 'b', 'c', 'd'}) {
+    name_ += std::string(90, letter) + "/";
+    made_.push_back(platform::systemPath(platform::displayPath(outermost) + "/" + name_));
+    std::filesystem::create_directory(made_.back());
+  }
+}
+
+DeepFolders::~DeepFolders() {
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(made_.back(), ignored)) {
+    std::filesystem::remove(entry.path(), ignored);
+  }
+  for (auto level = made_.rbegin(); level != made_.rend(); ++level) {
+    std::filesystem::remove(*level, ignored);
+  }
+}
+
 }  // namespace fiohostTest

@@ -32,4 +32,21 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
+// Folders inside one another whose path is longer than the 260 characters that older interfaces
+// take. They vanish with the files in the innermost, which needs the long form of the paths.
+class DeepFolders {
+ public:
+  explicit DeepFolders(const std::filesystem::path& outermost);
+  DeepFolders(const DeepFolders&) = delete;
+  DeepFolders& operator=(const DeepFolders&) = delete;
+  ~DeepFolders();
+
+  // The innermost one as seen from the outermost, with a slash behind it.
+  [[nodiscard]] const std::string& name() const noexcept { return name_; }
+
+ private:
+  std::string name_;
+  std::vector<std::filesystem::path> made_;
+};
+
 }  // namespace fiohostTest
