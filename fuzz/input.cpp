@@ -41,6 +41,14 @@ struct SessionWithSettings {
 
 }  // namespace
 
+InTime::~InTime() {
+  constexpr double mostSeconds = 2;
+  const double seconds = static_cast<double>(std::clock() - start_) / CLOCKS_PER_SEC;
+  if (seconds <= mostSeconds) return;
+  std::fprintf(stderr, "took %.1f s of processor time\n", seconds);
+  std::abort();
+}
+
 struct NothingLeft::State {
   platform::posix::LiveCounts counts = platform::posix::liveCounts();
   std::filesystem::path directory = std::filesystem::current_path();

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <span>
 
@@ -22,8 +23,22 @@ using Bytes = std::span<const std::uint8_t>;
 // The input as a file of the scratch folder: name is its name there. Answers its full path.
 std::filesystem::path writeInput(const char* name, Bytes input);
 
+// Ends the process with a report when more than 2 s of processor time pass between construction and
+// destruction. The clock of the wall would count what other processes do.
+class InTime {
+ public:
+  InTime() = default;
+  InTime(const InTime&) = delete;
+  InTime& operator=(const InTime&) = delete;
+  ~InTime();
+
+ private:
+  std::clock_t start_ = std::clock();
+};
+
 // Ends the process with a report when blocks, locks, files, mappings or views are left behind, or
-// the current directory has changed, between construction and destruction.
+// the current directory has changed, between construction and destruction, or when it took too
+// long.
 class NothingLeft {
  public:
   NothingLeft();
@@ -34,6 +49,7 @@ class NothingLeft {
  private:
   struct State;
   State* before_;
+  InTime inTime_;
 };
 
 // A property record that a parser fills; freed with its blocks as a host would do it.

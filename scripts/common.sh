@@ -51,14 +51,18 @@ source_state() {
 }
 
 # build PRESET TARGET...: configures and builds, quietly when all goes well. A second call with
-# nothing changed is told by the stamp and does nothing.
+# nothing changed is told by the stamp and does nothing. Two at a time wait for each other.
 build() {
+  mkdir -p "$root/build"
+  (flock 9 && build_alone "$@") 9>"$root/build/$1.lock"
+}
+
+build_alone() {
   local preset=$1 folder=$root/build/$1 log=$root/build/$1.log stamp state
   shift
   stamp=$folder/built.$(echo "$*" | tr ' /' '__')
   state=$(source_state)
   [ -e "$stamp" ] && [ "$(cat "$stamp")" = "$state" ] && return 0
-  mkdir -p "$root/build"
   say "Building ($preset) ..."
   if ! { { [ -e "$folder/build.ninja" ] || (cd "$root" && cmake --preset "$preset"); } && cmake --build "$folder" --target "$@"; } >"$log" 2>&1; then
     grep -E -m 20 'error|Error|FAILED' "$log" >&2 || tail -n 20 "$log" >&2

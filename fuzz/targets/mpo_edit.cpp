@@ -41,6 +41,7 @@ void turnRound(ByteView file) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const fuzz::InTime inTime;
   const ByteView file(data, size);
   const fiohost::MpoSurvey survey = fiohost::surveyMpo(file);
   if (!survey.faults.empty()) repair(file, survey);

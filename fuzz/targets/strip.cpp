@@ -25,6 +25,7 @@ void strip(Strip* without, fiohost::ByteView file) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const fuzz::InTime inTime;
   strip(&fiohost::withoutPlaces, {data, size});
   strip(&fiohost::withoutPrivateData, {data, size});
   return 0;

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 
+#include "host/file_data.h"
 #include "host/property_record.h"
 #include "tests/fault/entry_bench.h"
 #include "tests/fault/machine.h"
@@ -50,6 +52,7 @@ class Entries : public testing::TestWithParam<Case> {
     done_ = bench_.reply();
     doneRows_ = bench_.delivered();
     doneFile_ = bench_.scratch.read(output);
+    doneTag_ = tailTag();
     cleanUp();
   }
 
@@ -88,6 +91,17 @@ class Entries : public testing::TestWithParam<Case> {
     bench_.forget();
   }
 
+  // What the record says that it is; 0 when it is too short for that.
+  [[nodiscard]] host::u32 tailTag() const {
+    constexpr std::size_t place = offsetof(host::JpegFileData, tail.tag);
+    host::u32 tag = 0;
+    const platform::LockedGlobal lock(bench_.record());
+    if (lock && lock.size() >= place + sizeof tag) {
+      std::memcpy(&tag, static_cast<const host::u8*>(lock.address()) + place, sizeof tag);
+    }
+    return tag;
+  }
+
   void checkWork() const {
     const Bytes file = bench_.scratch.read(output);
     switch (entry().work) {
@@ -100,6 +114,7 @@ class Entries : public testing::TestWithParam<Case> {
         EXPECT_EQ(file, doneFile_);
         break;
       case EntryCase::Work::fileWithLessMetadata:
+        EXPECT_EQ(tailTag(), doneTag_) << "the record tells what was written";
         EXPECT_FALSE(pictureOf(file).empty());
         EXPECT_EQ(pictureOf(file), pictureOf(doneFile_));
         break;
@@ -110,6 +125,7 @@ class Entries : public testing::TestWithParam<Case> {
   Reply done_;
   host::u64 doneRows_ = 0;
   Bytes doneFile_;
+  host::u32 doneTag_ = 0;
 };
 
 TEST_P(Entries, AnswerAsDescribedAndLeaveNothing) {

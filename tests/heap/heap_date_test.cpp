@@ -114,6 +114,15 @@ TEST_F(HeapDateText, HoldsSixNumbers) {
   EXPECT_EQ(written("13/40/2000 25:61:61"), seconds(13, 40, 2000, 25, 61, 61));
 }
 
+TEST_F(HeapDateText, TheLastSecondOf32BitsIsTakenAndNoneBehindIt) {
+  constexpr std::time_t last = 0xFFFFFFFF;
+  for (const std::time_t time : {last, last + 1}) {
+    char text[40] = {};
+    std::strftime(text, sizeof text, "%m/%d/%Y %H:%M:%S", std::localtime(&time));
+    EXPECT_EQ(written(text).has_value(), time == last) << text;
+  }
+}
+
 TEST_F(HeapDateText, IsRefusedWithFewerOrImpossibleNumbers) {
   for (const char* text : {"", "10/27/2000 22:56", "10/27/2000", "10-27-2000 22:56:26", "text",
                            "1/1/1900 0:0:0", "1/1/2200 0:0:0", "1/1/99999999999 0:0:0",

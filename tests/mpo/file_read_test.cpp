@@ -77,6 +77,18 @@ TEST_F(MpoFileRead, TheFirstImageIsDeliveredRowByRow) {
   EXPECT_TRUE(data_->unlocked());
 }
 
+TEST_F(MpoFileRead, TheMetadataOfThePictureIsTakenIn) {
+  builder_.stream(0).app(1, support::bytesOf(orientationSegment()));
+  scratch_.write(builder_.build());
+  data_ = std::make_unique<FileData>(describeMpo(scratch_.path()));
+  setPath(scratch_.path());
+  EXPECT_EQ(read(), 1);
+  const std::vector<Field> fields = fieldsOf(data_->properties());
+  ASSERT_FALSE(fields.empty());
+  EXPECT_EQ(fields.back().descriptor.fieldId, 4009);
+  EXPECT_EQ(data_->with<host::MpoFileData>([](auto& data) { return data.list.scanned; }), 1u);
+}
+
 TEST_F(MpoFileRead, TheFirstOfTheArrayNeedNotBeTheFirstOfTheFile) {
   data_->with<host::MpoFileData>([&](host::MpoFileData& data) {
     data.entries[0].fileOffset = static_cast<u32>(builder_.starts()[2]);

@@ -159,6 +159,21 @@ TEST_F(MpoImageRead, ARecordWithoutTheMarkReadsTheFirstImageWhateverTheIndex) {
   }
 }
 
+TEST_F(MpoImageRead, ARecordTooShortForAListReadsTheFirstImage) {
+  data_ = std::make_unique<FileData>(800);
+  {
+    platform::LockedGlobal lock(data_->handle());
+    std::memcpy(static_cast<host::u8*>(lock.address()) + offsetof(host::MpoFileData, tag),
+                &host::mpoTailTag, sizeof host::mpoTailTag);
+  }
+  setPath(scratch_.path());
+  for (const int index : {-1, 0, 9}) {
+    codec_.widths.clear();
+    EXPECT_EQ(read(index), 1);
+    EXPECT_THAT(codec_.widths, testing::ElementsAre(8));
+  }
+}
+
 TEST_F(MpoImageRead, AShortRecordWithTheMarkHasItsCountButNoArray) {
   data_ = std::make_unique<FileData>(1009);
   data_->with<host::MpoFileData>([](auto& data) {
@@ -295,6 +310,17 @@ TEST_F(MpoImageRead, SegmentsAreKeptForTheWriter) {
       EXPECT_EQ(field.block.at(0), 0xFF);
     }
   }
+}
+
+TEST_F(MpoImageRead, TheMetadataOfTheImageThatWasReadIsTakenIn) {
+  builder_.stream(1).app(1, bytesOf(orientationSegment()));
+  describe(builder_.build());
+  EXPECT_EQ(read(1), 1);
+  EXPECT_THAT(fieldIds(), testing::Not(testing::Contains(4009)));
+  data_->with<host::MpoFileData>([](auto& data) { data.list.scanned = 0; });
+  EXPECT_EQ(read(2), 1);
+  EXPECT_THAT(fieldIds(), testing::Contains(4009));
+  EXPECT_EQ(data_->with<host::MpoFileData>([](auto& data) { return data.list.scanned; }), 1u);
 }
 
 TEST_F(MpoImageRead, AScannedRecordKeepsNothingMore) {

@@ -8,9 +8,7 @@ namespace {
 using namespace test;
 using namespace std::string_literals;
 
-// An orientation in a little-endian EXIF segment.
-const std::string exifPayload =
-    "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0"s;
+const std::string exifPayload = orientationSegment();
 
 class GetProperty : public PluginTest {
  protected:
@@ -36,9 +34,12 @@ class GetProperty : public PluginTest {
     };
   }
   int get(HGLOBAL* out, host::PluginOrdinal ordinal = host::ordinalGetProperty) {
+    return get(out, ordinal, data_.handle());
+  }
+  int get(HGLOBAL* out, host::PluginOrdinal ordinal, HGLOBAL data) {
     play();
     the().calls.clear();
-    return entry<host::GetPropertyEntry>(ordinal)(data_.handle(), out);
+    return entry<host::GetPropertyEntry>(ordinal)(data, out);
   }
   std::vector<int> ids() const {
     std::vector<int> ids;
@@ -158,6 +159,46 @@ TEST_F(GetProperty, ExtendedXmpIsPutTogetherAndAStrayChunkIsDropped) {
   EXPECT_EQ(ids(), (std::vector{3999, 4037, 4701}));
   const std::vector<host::u8> block = fieldsOf(data_.properties())[1].block;
   EXPECT_EQ(std::string(block.begin() + 44, block.end()), "abcdef");
+}
+
+TEST_F(GetProperty, ALengthInFrontOfAValueHasFourBytes) {
+  const std::string head = "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'G');
+  const std::string half(32768 + 16, 'x');
+  reported_ = {{1, head + "\0\1\0\x20\0\0\0\0"s + half},
+               {1, head + "\0\1\0\x20\0\0\x80\x10"s + half}};
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  const std::vector<host::u8> block = fieldsOf(data_.properties())[1].block;
+  ASSERT_EQ(block.size(), 4 + 0x10048U);
+  EXPECT_EQ((std::vector<host::u8>(block.begin(), block.begin() + 4)),
+            (std::vector<host::u8>{0x48, 0, 1, 0}));
+}
+
+TEST_F(GetProperty, AMultiPictureRecordMayEndBehindItsScannedWord) {
+  constexpr std::size_t flagsBehind = offsetof(host::MpoFileData, list.scanned) + 4;
+  for (const std::size_t size : {flagsBehind + 2, flagsBehind + 4}) {
+    const FileData data(size);
+    {
+      platform::LockedGlobal lock(data.handle());
+      auto* bytes = static_cast<host::u8*>(lock.address());
+      std::strcpy(reinterpret_cast<char*>(bytes) + offsetof(host::FileDataRecord, ansiPath),
+                  file_.path().c_str());
+      const auto put = [&](std::size_t place, host::u32 value) {
+        std::memcpy(bytes + place, &value, sizeof value);
+      };
+      put(offsetof(host::MpoFileData, tag), host::mpoTailTag);
+      put(offsetof(host::MpoFileData, list.exifPresent), 1);
+      put(offsetof(host::MpoFileData, list.exifOffset), 5);
+      put(offsetof(host::MpoFileData, list.exifLength), static_cast<host::u32>(exifPayload.size()));
+      std::memset(bytes + flagsBehind, 0xFF, size - flagsBehind);
+    }
+    HGLOBAL out = nullptr;
+    EXPECT_EQ(get(&out, host::ordinalMPOGetProperty, data.handle()), 1) << size;
+    std::vector<host::u8> behind(size - flagsBehind, 0xFF);
+    behind[0] = behind[1] = 0;  // the flags of the first entry
+    const std::vector<host::u8> bytes = data.bytes();
+    EXPECT_EQ(std::vector<host::u8>(bytes.begin() + flagsBehind, bytes.end()), behind) << size;
+  }
 }
 
 TEST_F(GetProperty, AFailingCodecGivesZeroAndKeepsNothing) {

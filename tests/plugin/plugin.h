@@ -101,6 +101,12 @@ struct Field {
 };
 std::vector<Field> fieldsOf(HGLOBAL propertyRecord);
 
+// The payload of an EXIF segment: the orientation, little-endian. Field id 4009.
+inline std::string orientationSegment() {
+  using namespace std::string_literals;
+  return "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0"s;
+}
+
 // An APPn segment as the codec reports it.
 struct Segment {
   host::u16 appNumber;
