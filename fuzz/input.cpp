@@ -42,7 +42,7 @@ struct SessionWithSettings {
 }  // namespace
 
 InTime::~InTime() {
-  constexpr double mostSeconds = 2;
+  constexpr double mostSeconds = KF_MOST_SECONDS;
   const double seconds = static_cast<double>(std::clock() - start_) / CLOCKS_PER_SEC;
   if (seconds <= mostSeconds) return;
   std::fprintf(stderr, "took %.1f s of processor time\n", seconds);

@@ -31,6 +31,21 @@ NEGATION = re.compile(r"(?<=[( ])!(?=[A-Za-z_(])")
 LEFT_OUT = re.compile(r"^\s*(//|#|static_assert|using |template|namespace |HOST_)|operator|\[\[nodiscard\]\] .*;$")
 
 
+# Test programs with their filters and the seconds after which one hangs, the quick ones first; those of
+# the companions alone cannot notice. Of the failing machine's tests those of the plug-in's entries: those
+# of the commands take minutes.
+PROGRAMS = [(f"tests/{name}", [], 60) for name in (
+    "plugin_tests/property_tests", "plugin_tests/jpeg_tests", "plugin_tests/mpo_tests",
+    "plugin_tests/viewer_tests", "plugin_tests/plugin_tests", "plugin_tests/exif_tests", "plugin_tests/heap_tests",
+    "companions_missing_test/companions_missing_test", "resources_missing_test/resources_missing_test",
+    "companion_search_test/companion_search_test", "tables_missing_test/tables_missing_test",
+    "long_texts_test/long_texts_test", "segment_tables_missing_test/segment_tables_missing_test",
+    "jpeg_real_codec_tests/jpeg_real_codec_tests", "mpo_real_codec_tests/mpo_real_codec_tests")]
+PROGRAMS += [("dist/fault_tests", ["--gtest_filter=-AllThatWrite*"], 120),
+             ("tests/exif_round_trip_tests/exif_round_trip_tests", [], 300),
+             ("tests/fiohost_tests/fiohost_tests", [], 600)]
+
+
 class Change:
     def __init__(self, file, line, column, length, text):
         self.file, self.line, self.column, self.length, self.text = file, line, column, length, text
@@ -84,11 +99,6 @@ def compiled_sources(root, build):
     return sorted(sources)
 
 
-def chosen(program):
-    """Of the failing machine's tests those of the plug-in's entries; those of the commands take minutes."""
-    return ["--gtest_filter=-AllThatWrite*"] if program.name == "fault_tests" else []
-
-
 class Bench:
     """A copy of the sources with a build of its own."""
 
@@ -111,29 +121,18 @@ class Bench:
                               stderr=subprocess.STDOUT, text=True)
 
     def programs(self):
-        """Test programs, the quick ones first; those of the companions alone cannot notice."""
-        tests = self.build / "tests"
-        quick = ["plugin_tests/property_tests", "plugin_tests/jpeg_tests", "plugin_tests/mpo_tests",
-                 "plugin_tests/viewer_tests", "plugin_tests/plugin_tests", "plugin_tests/exif_tests",
-                 "plugin_tests/heap_tests", "companions_missing_test/companions_missing_test",
-                 "resources_missing_test/resources_missing_test", "companion_search_test/companion_search_test",
-                 "tables_missing_test/tables_missing_test", "long_texts_test/long_texts_test",
-                 "segment_tables_missing_test/segment_tables_missing_test",
-                 "jpeg_real_codec_tests/jpeg_real_codec_tests", "mpo_real_codec_tests/mpo_real_codec_tests"]
-        slow = ["exif_round_trip_tests/exif_round_trip_tests", "fiohost_tests/fiohost_tests"]
-        found = [tests / name for name in quick + slow]
-        found.insert(len(quick), self.build / "dist" / "fault_tests")
-        missing = [str(program) for program in found if not program.exists()]
+        found = [(self.build / path, filters, seconds) for path, filters, seconds in PROGRAMS]
+        missing = [str(program) for program, _, _ in found if not program.exists()]
         if missing:
             sys.exit("mutants: these test programs are missing: " + ", ".join(missing))
         return found
 
     def noticed_by(self):
-        for program in self.programs():
+        for program, filters, seconds in self.programs():
             try:
-                result = subprocess.run([str(program), "--gtest_brief=1", "--gtest_fail_fast", *chosen(program)],
+                result = subprocess.run([str(program), "--gtest_brief=1", "--gtest_fail_fast", *filters],
                                         cwd=self.build, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                        timeout=300)
+                                        timeout=seconds)
             except subprocess.TimeoutExpired:
                 return program.name + " (hangs)"
             if result.returncode != 0:
@@ -145,6 +144,7 @@ def main():
     arguments = argparse.ArgumentParser(prog="mutants", description=__doc__.split("\n")[0])
     arguments.add_argument("count", nargs="?", type=int, default=300, help="how many changes (300)")
     arguments.add_argument("--seed", type=int, default=20261121)
+    arguments.add_argument("--again", action="store_true", help="only what survived the last time")
     arguments.add_argument("--root", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     options = arguments.parse_args()
 
@@ -156,15 +156,21 @@ def main():
     if (broken := bench.noticed_by()) is not None:
         sys.exit(f"mutants: {broken} fails without any change")
 
+    # The copy's sources: the others may be worked on meanwhile.
     candidates = [change for source in compiled_sources(bench.folder, bench.build)
-                  for change in changes_of(source, (options.root / source).read_text())]
+                  for change in changes_of(source, (bench.folder / source).read_text())]
     random.Random(options.seed).shuffle(candidates)
+    kept = options.root / "build" / "mutants" / "survivors.txt"
+    if options.again:
+        last = set(kept.read_text().split("\n"))
+        candidates = [change for change in candidates
+                      if change.describe((bench.folder / change.file).read_text()) in last]
     noticed, survivors, invalid = 0, [], 0
     for change in candidates:
         if noticed + len(survivors) == options.count:
             break
         path = bench.folder / change.file
-        source = (options.root / change.file).read_text()
+        source = path.read_text()
         path.write_text(change.apply(source))
         try:
             if bench.make().returncode != 0:
@@ -178,6 +184,7 @@ def main():
         else:
             noticed += 1
         print(f"{noticed + len(survivors):4} {by or 'SURVIVES'}: {change.describe(source)}", flush=True)
+    kept.write_text("\n".join(survivors))
     total = noticed + len(survivors)
     print(f"\n{len(candidates)} places, seed {options.seed}: {total} changes, {noticed} noticed, "
           f"{len(survivors)} not ({100 * len(survivors) / max(total, 1):.1f} %), {invalid} more did not compile")

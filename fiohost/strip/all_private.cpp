@@ -54,7 +54,7 @@ class Cleaner {
                 bytes.begin() + static_cast<std::ptrdiff_t>(stream.start + startSize));
     uint64_t place = stream.start + startSize;
     for (const StreamSegment& segment : stream.segments) {
-      copyBetween(part(bytes, place, segment.start));
+      copyBetween(withoutFill(part(bytes, place, segment.start)));
       take(bytes, segment);
       place = segment.end();
       scanned_ = scanned_ || segment.marker == startOfScan;
@@ -69,6 +69,13 @@ class Cleaner {
 
   static ByteView part(ByteView bytes, uint64_t from, uint64_t to) {
     return bytes.subspan(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+  }
+
+  // A marker may follow fill bytes (T.81, B.1.1.2). With its segment gone they would make one of
+  // the byte behind it.
+  static ByteView withoutFill(ByteView bytes) {
+    while (!bytes.empty() && bytes.back() == 0xFF) bytes = bytes.first(bytes.size() - 1);
+    return bytes;
   }
 
   // In front of the first scan nothing has its place between segments.

@@ -79,8 +79,10 @@ class PlaceRemoval {
 
   void searchTelemetry(Room segment) {
     if (!beginsWith(segment, telemetry)) return;
-    std::fill(segment.begin() + std::ptrdiff_t{telemetry.size()}, segment.end(), uint8_t{0});
-    add("telemetry of the camera", segment.size() - telemetry.size());
+    const Room content = segment.subspan(telemetry.size());
+    const bool told = std::any_of(content.begin(), content.end(), [](uint8_t b) { return b != 0; });
+    std::fill(content.begin(), content.end(), uint8_t{0});
+    if (told) add("telemetry of the camera", content.size());
   }
 
   // A box of a video behind the pictures becomes free space (ISO/IEC 14496-12, 8.1.2).

@@ -67,8 +67,7 @@ TEST_F(StripTest, WhatTellsNoPlaceStays) {
     EXPECT_THAT(text("open.jpg"), HasSubstr(kept));
   }
   const nlohmann::json again = runForJson({"strip", "open.jpg", "--gps", "-o", "b.jpg", "--json"});
-  EXPECT_TRUE(names(again[0]["removed"], 1).empty() ||
-              names(again[0]["removed"], 1) == std::vector<std::string>{"telemetry of the camera"});
+  EXPECT_EQ(names(again[0]["removed"], 1), std::vector<std::string>{});
 }
 
 TEST_F(StripTest, APropertyInTwoSegmentsIsFound) {
@@ -285,6 +284,22 @@ TEST_F(StripTest, ExiftoolFindsNoPlaceInThumbnailsAndSecondImages) {
   }
 }
 #endif
+
+// Found by the fuzzer: fill bytes of a segment that was taken out made a marker of what lay behind
+// it.
+TEST_F(StripTest, FillBytesGoWithTheirSegment) {
+  static_cast<void>(build(addPictures(2), {"--kind", "stereo"}));
+  Bytes bytes = readBytes(file("out.mpo"));
+  // A comment in the first picture's data, and behind it what would be a long segment.
+  const Bytes comment = {0xFF, 0xFF, 0xFE, 0, 4, 'a', 'b', 0xC4, 0xF0, 0xF0};
+  const std::ptrdiff_t second = info("out.mpo")["images"][1]["offset"];
+  bytes.insert(bytes.begin() + second - 20, comment.begin(), comment.end());
+  writeBytes(file("edited.mpo"), bytes);
+  ASSERT_EQ(run({"mpo", "repair", "edited.mpo", "-o", "whole.mpo"}).exitCode, 0);
+  ASSERT_EQ(run({"strip", "whole.mpo", "--all", "-o", "open.mpo"}).exitCode, 0);
+  const ProcessResult verified = run({"mpo", "verify", "open.mpo"});
+  EXPECT_EQ(verified.out, "open.mpo: 2 images, all where the index says\n");
+}
 
 }  // namespace
 }  // namespace fiohostTest
