@@ -1,5 +1,5 @@
-// A fuzz target without the fuzzer: runs it over the files of the folders that are named, for builds
-// that count the lines which run.
+// A fuzz target without the fuzzer: runs it over the files of the folders that are named, for
+// builds that count the lines which run.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>

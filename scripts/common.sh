@@ -64,7 +64,7 @@ build_alone() {
   state=$(source_state)
   [ -e "$stamp" ] && [ "$(cat "$stamp")" = "$state" ] && return 0
   say "Building ($preset) ..."
-  if ! { { [ -e "$folder/build.ninja" ] || (cd "$root" && cmake --preset "$preset"); } && cmake --build "$folder" --target "$@"; } >"$log" 2>&1; then
+  if ! { { [ "$folder/build.ninja" -nt "$root/CMakePresets.json" ] || (cd "$root" && cmake --preset "$preset"); } && cmake --build "$folder" --target "$@"; } >"$log" 2>&1; then
     grep -E -m 20 'error|Error|FAILED' "$log" >&2 || tail -n 20 "$log" >&2
     say "The $preset build failed; the whole log is $log"
     return 1

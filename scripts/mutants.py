@@ -108,9 +108,10 @@ class Bench:
         for name in COPIED:
             source = root / name
             if source.is_dir():
-                subprocess.run(["rsync", "-a", "--delete", f"{source}/", f"{folder / name}/"], check=True)
+                # What differs is as new as the copying: a change that was stopped half-way is built again.
+                subprocess.run(["rsync", "-rlpc", "--delete", f"{source}/", f"{folder / name}/"], check=True)
             elif source.exists():
-                shutil.copy2(source, folder / name)
+                shutil.copy(source, folder / name)
 
     def configure(self):
         subprocess.run(["cmake", "--preset", "linux", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0"],

@@ -23,7 +23,7 @@ def commands_of(page):
             yield from re.split(r"\s+&&\s+", re.sub(r"\s+#.*|^\s+(\$ )?", "", line))
         elif not line.startswith("    "):
             for quoted in re.findall(r"`([^`]+)`", line):
-                if re.match(r"\./\w|(?:cmake|ctest) -|cmake/wine|(?:bench|fuzz|scripts)/(?:run|screenshots|\w+\.sh)\b", quoted):
+                if re.match(r"\./\w|(?:cmake|ctest) -|cmake/wine|(?:bench|fuzz|scripts)/(?:run|coverage|screenshots|\w+\.sh)\b", quoted):
                     yield quoted
 
 
@@ -87,8 +87,8 @@ def fault_of_script(words):
         return "is no program"
     given = [word for word in words[1:] if not re.match(r"[A-Z\[]|\.\.\.|<|-", word)]
     usage = script.read_text()
-    if words[0] == "fuzz/run":
-        given = [word for word in given[:1] if not (root / "fuzz" / "targets" / f"{word}.cpp").exists()]
+    if words[0] in ("fuzz/run", "fuzz/coverage"):
+        given = [word for word in (given[:1] if words[0] == "fuzz/run" else given) if not (root / "fuzz" / "targets" / f"{word}.cpp").exists()]
     elif words[0] == "bench/run":
         cases = "".join(page.read_text() for page in (root / "bench" / "cases").glob("*.cpp"))
         given = [word for word in given if not re.search(rf'"{word}\b', cases)]
@@ -97,7 +97,7 @@ def fault_of_script(words):
     if given:
         return f"does not know {given[0]}"
     unknown = [word for word in words[1:] if re.match(r"--\w", word) and word not in usage]
-    return f"does not know {unknown[0]}" if unknown and words[0] in ("bench/run", "./coverage") else None
+    return f"does not know {unknown[0]}" if unknown and words[0] in ("bench/run", "./coverage", "./mutants") else None
 
 
 def fault_of(command):
