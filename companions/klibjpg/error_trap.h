@@ -7,9 +7,9 @@
 
 namespace klibjpg {
 
-// Whether no more data of the scan can follow. A marker ends the data, behind which libjpeg makes up
-// the rest. Where restarts are defined it looks for them behind the codes that T.81 reserves, and goes
-// on behind a restart marker.
+// Whether no more data of the scan can follow. A marker ends the data, behind which libjpeg makes
+// up the rest. Where restarts are defined it looks for them behind the codes that T.81 reserves,
+// and goes on behind a restart marker.
 [[nodiscard]] bool isDataEnded(const jpeg_decompress_struct& info) noexcept;
 
 // Silent: warnings are passed over and nothing is ever printed. An error, or raise(), abandons the

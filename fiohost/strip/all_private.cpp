@@ -165,6 +165,16 @@ void clean(MpoContent& content, StrippedFile& result) {
   }
 }
 
+// A damaged picture may hide the next one once parts of it are gone. One that was cut stays so.
+void requireAllPictures(ByteView file) {
+  const MpoSurvey survey = surveyMpo(file);
+  if (std::all_of(survey.faults.begin(), survey.faults.end(),
+                  [](const FoundFault& fault) { return fault.kind == IndexFault::cut; })) {
+    return;
+  }
+  throw Failure("a picture of it is damaged and would hide another", "fetch the file again");
+}
+
 }  // namespace
 
 StrippedFile withoutPrivateData(ByteView file) {
@@ -174,6 +184,7 @@ StrippedFile withoutPrivateData(ByteView file) {
     MpoContent content = takeApart(file, pictures.survey);
     clean(content, result);
     result.bytes = putTogether(content);
+    requireAllPictures(result.bytes);
   } else {
     result.bytes = Cleaner(1, false, result).clean(file, pictures.images.front());
   }

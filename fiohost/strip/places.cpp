@@ -179,9 +179,7 @@ void searchStream(PlaceRemoval& removal, const JpegStream& stream, ByteBlock& by
   removal.searchExtendedXmp(extended);
 }
 
-}  // namespace
-
-StrippedFile withoutPlaces(ByteView file) {
+StrippedFile blanked(ByteView file) {
   const PictureStreams pictures = pictureStreams(file);
   StrippedFile result = {{file.begin(), file.end()}, {}, {}};
   for (std::size_t i = 0; i < pictures.images.size(); ++i) {
@@ -199,6 +197,33 @@ StrippedFile withoutPlaces(ByteView file) {
   }
   behind.tell();
   return result;
+}
+
+void addTo(std::vector<PrivatePart>& all, const PrivatePart& part) {
+  const auto same = std::find_if(all.begin(), all.end(), [&](const PrivatePart& other) {
+    return other.image == part.image && other.what == part.what;
+  });
+  if (same == all.end()) {
+    all.push_back(part);
+  } else {
+    same->bytes += part.bytes;
+  }
+}
+
+}  // namespace
+
+StrippedFile withoutPlaces(ByteView file) {
+  // Data that overlaps may show more when some of it is blank.
+  constexpr int mostPasses = 16;
+  StrippedFile result = blanked(file);
+  for (int pass = 1; pass < mostPasses; ++pass) {
+    StrippedFile next = blanked(result.bytes);
+    if (next.removed.empty()) return result;
+    for (const PrivatePart& part : next.removed) addTo(result.removed, part);
+    result.bytes = std::move(next.bytes);
+  }
+  throw Failure("its metadata overlaps, so that places cannot be told from the rest",
+                "take everything out with --all");
 }
 
 }  // namespace fiohost

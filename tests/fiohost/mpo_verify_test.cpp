@@ -200,6 +200,26 @@ TEST_F(MpoVerifyTest, PicturesThatWouldNotBeToldApartAreRefused) {
   EXPECT_FALSE(std::filesystem::exists(file("good.mpo")));
 }
 
+// The second image of the list is the last of the file, and cut: put in its place it would have no
+// end.
+TEST_F(MpoVerifyTest, APictureThatWouldHideAnotherIsNotStripped) {
+  Bytes bad = right_;
+  const auto second = bad.begin() + static_cast<std::ptrdiff_t>(entryPlace(2)) + 4;
+  std::swap_ranges(second, second + 8, second + 16);  // sizes and places
+  writeBytes(file("swapped.mpo"), bad);
+  EXPECT_EQ(run({"strip", "swapped.mpo", "--all", "-o", "open.mpo"}).exitCode, 0);
+  bad.resize(bad.size() - 50);
+  writeBytes(file("bad.mpo"), bad);
+  const ProcessResult result = run({"strip", "bad.mpo", "--all", "-o", "none.mpo"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.err, HasSubstr("a picture of it is damaged and would hide another"));
+  EXPECT_FALSE(std::filesystem::exists(file("none.mpo")));
+  bad = right_;
+  bad.resize(bad.size() - 50);  // nothing is behind it
+  writeBytes(file("bad.mpo"), bad);
+  EXPECT_EQ(run({"strip", "bad.mpo", "--all", "-o", "cut.mpo"}).exitCode, 0);
+}
+
 TEST_F(MpoVerifyTest, AnImageThatIsGoneIsDropped) {
   const std::size_t third = info("out.mpo")["images"][2]["offset"];
   Bytes bad = right_;

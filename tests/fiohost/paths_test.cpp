@@ -37,8 +37,8 @@ TEST_F(PathTest, CharactersBeyondTheBasicPlane) {
 
 TEST_F(PathTest, MoreThan260Characters) {
   {
-    const DeepFolders deep(folder());
-    expectServed(deep.name() + "picture.jpg", deep.name() + "copy.png");
+    DeepFolders deep(folder());
+    expectServed(deep.file("picture.jpg"), deep.file("copy.png"));
   }
   EXPECT_TRUE(namesIn(folder()).empty());
 }

@@ -301,5 +301,22 @@ TEST_F(StripTest, FillBytesGoWithTheirSegment) {
   EXPECT_EQ(verified.out, "open.mpo: 2 images, all where the index says\n");
 }
 
+// Found by the fuzzer: a dataset of one resource holds another resource. What is taken out of that
+// moves a place to where the first one's next dataset begins.
+TEST_F(StripTest, DatasetsThatOverlapLeaveNoPlace) {
+  const auto text = [](std::string_view literal) { return bytesOf(literal); };
+  const Bytes inner =
+      joined(joined(text({"\x1C\x02\x5A\0\x14", 5}), text("SECRETSECRETSECRETSE")),
+             joined(text("xxxxxxxxxx"), joined(text({"\x1C\x02\x5A\0\x06", 5}), text("SECRET"))));
+  ASSERT_EQ(inner.size(), 46U);
+  const Bytes outer = joined(text({"\x1C\x02\x78\0\x16", 5}),
+                             joined(text({"8BIM\x04\x04\0\0\0\0\0\x2E", 12}), inner));
+  const Bytes resources = joined(text({"8BIM\x04\x04\0\0\0\0\0\x3F", 12}), outer);
+  writeBytes(file("in.jpg"), JpegBuilder().photoshop(resources).build());
+  const nlohmann::json told = strip("in.jpg", "--gps");
+  EXPECT_EQ(told["removed"][0]["bytes"], 25 + 11);
+  EXPECT_THAT(this->text("open.jpg"), Not(HasSubstr("SECRET")));
+}
+
 }  // namespace
 }  // namespace fiohostTest

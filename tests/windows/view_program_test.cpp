@@ -62,8 +62,8 @@ TEST_F(ViewProgramTest, NamesMayBeOfAnyScript) {
 }
 
 TEST_F(ViewProgramTest, PathsMayHaveMoreThan260Characters) {
-  const DeepFolders deep(folder());
-  expectShown(deep.name() + "picture.jpg", L"picture.jpg");
+  DeepFolders deep(folder());
+  expectShown(deep.file("picture.jpg"), L"picture.jpg");
 }
 
 TEST_F(ViewProgramTest, WithoutFilesItIsEmpty) {

@@ -58,11 +58,14 @@ DeepFolders::DeepFolders(const std::filesystem::path& outermost) {
   }
 }
 
+std::string DeepFolders::file(const std::string& name) {
+  files_.push_back(made_.back() / name);
+  return name_ + name;
+}
+
 DeepFolders::~DeepFolders() {
   std::error_code ignored;
-  for (const auto& entry : std::filesystem::directory_iterator(made_.back(), ignored)) {
-    std::filesystem::remove(entry.path(), ignored);
-  }
+  for (const std::filesystem::path& file : files_) std::filesystem::remove(file, ignored);
   for (auto level = made_.rbegin(); level != made_.rend(); ++level) {
     std::filesystem::remove(*level, ignored);
   }

@@ -33,7 +33,8 @@ class TemporaryFolder {
 };
 
 // Folders inside one another whose path is longer than the 260 characters that older interfaces
-// take. They vanish with the files in the innermost, which needs the long form of the paths.
+// take. They vanish with the files that were named, one by one: what lists a folder takes no longer
+// paths either.
 class DeepFolders {
  public:
   explicit DeepFolders(const std::filesystem::path& outermost);
@@ -41,12 +42,13 @@ class DeepFolders {
   DeepFolders& operator=(const DeepFolders&) = delete;
   ~DeepFolders();
 
-  // The innermost one as seen from the outermost, with a slash behind it.
-  [[nodiscard]] const std::string& name() const noexcept { return name_; }
+  // A file of the innermost as seen from the outermost.
+  [[nodiscard]] std::string file(const std::string& name);
 
  private:
   std::string name_;
   std::vector<std::filesystem::path> made_;
+  std::vector<std::filesystem::path> files_;
 };
 
 }  // namespace fiohostTest
