@@ -36,7 +36,7 @@ class PixelBudget {
  private:
   static constexpr u64 freePixels = u64{1} << 28;
   // A block of 64 samples takes one bit at least (T.81, F.1.2).
-  static constexpr u64 mostPixelsOfAByte = 64 * 8;
+  static constexpr u64 mostPixelsOfAByte = u64{64} * 8;
 
   u64 spent_ = 0;
   u32 images_ = 0;
