@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <vector>
+
+#include "tests/support/file_bytes.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -14,9 +14,8 @@ int main(int count, char** folders) {
   for (int i = 1; i < count; ++i) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folders[i])) {
       if (!entry.is_regular_file()) continue;
-      std::ifstream file(entry.path(), std::ios::binary);
-      const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-      LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+      const std::vector<std::uint8_t> bytes = support::readFile(entry.path());
+      LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
       ++inputs;
     }
   }

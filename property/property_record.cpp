@@ -97,19 +97,17 @@ std::uint32_t countIptcFields(Fields fields) noexcept {
   return countBetween(fields, host::fieldIptcFirst, host::fieldIptcLast);
 }
 
-bool addBlockField(HGLOBAL* slot, const BlockField& field,
+void addBlockField(HGLOBAL* slot, const BlockField& field,
                    std::initializer_list<std::span<const u8>> pieces) noexcept {
-  if (field.dataSize > std::numeric_limits<u32>::max()) return false;
-  if (Prop_ReAllocFieldSpace(slot, 1) == 0) return false;
+  if (field.dataSize > std::numeric_limits<u32>::max()) return;
+  if (Prop_ReAllocFieldSpace(slot, 1) == 0) return;
   platform::OwnedGlobal block(platform::fixedZeroed, static_cast<std::size_t>(field.blockSize));
-  if (!block) return false;
+  if (!block) return;
   copyPieces(static_cast<u8*>(block.get()), field.blockSize, pieces);
   const PropertyField descriptor = describeField(field, block.get());
   HGLOBAL record = nullptr;
   std::memcpy(&record, slot, sizeof record);  // the slot lies unaligned in a packed record
-  if (Prop_AppendFieldData(record, &descriptor) == 0) return false;
-  static_cast<void>(block.release());
-  return true;
+  if (Prop_AppendFieldData(record, &descriptor) != 0) static_cast<void>(block.release());
 }
 
 void dropFieldsFrom(HGLOBAL* slot, host::i32 keepCount, bool madeRecord) noexcept {

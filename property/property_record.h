@@ -59,8 +59,9 @@ struct BlockField {
 };
 
 // Adds a field whose zeroed block starts with the pieces, one after the other, as far as the block
-// reaches. False, with nothing added and nothing reported, when space or memory cannot be had.
-bool addBlockField(HGLOBAL* slot, const BlockField& field,
+// reaches. Nothing is added, and nothing reported, when space or memory cannot be had: the picture
+// is worth more than one of its fields.
+void addBlockField(HGLOBAL* slot, const BlockField& field,
                    std::initializer_list<std::span<const host::u8>> pieces) noexcept;
 
 // Takes back every field behind the first keepCount, with its data blocks, and the record itself

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <vector>
 
 #include "bench/beside/codec_loop.h"
 #include "examples/scene_jpeg.h"
+#include "tests/support/file_bytes.h"
 
 namespace bench {
 namespace {
@@ -62,11 +62,6 @@ void fillRow(u8* row, u32 width, u32 y) {
   }
 }
 
-std::vector<u8> contentOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 // Behind SOI and JFIF, where cameras and editors put it.
 void insertExif(std::vector<u8>& jpeg, const std::vector<u8>& exif) {
   const std::size_t place = 4 + jpeg[4] * 256U + jpeg[5];
@@ -92,10 +87,9 @@ void ensureJpeg(const std::filesystem::path& path, u32 width, u32 height, bool p
   made += ".part";
   const u32 mode = progressive ? host::modeProgressive : host::modeBaseline;
   encodeByLoop(made, makePicture(width, height), {quality, mode, host::sample420, 1});
-  std::vector<u8> jpeg = contentOf(made);
+  std::vector<u8> jpeg = support::readFile(made);
   insertExif(jpeg, examples::exifBlock(width, height, examples::encodeScene(160, 120, false, {})));
-  std::ofstream(made, std::ios::binary)
-      .write(reinterpret_cast<const char*>(jpeg.data()), static_cast<std::streamsize>(jpeg.size()));
+  support::writeFile(made, jpeg);
   std::filesystem::rename(made, path);
 }
 

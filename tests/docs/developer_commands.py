@@ -2,7 +2,7 @@
 
 Building, measuring and fuzzing take minutes, so what they would do is asked for instead of done: a preset
 and a target must be known to CMake, a filter must leave tests, a case or a fuzz target must be listed.
-Everything else is run.
+scripts/page_commands runs them all.
 """
 import json
 import pathlib
@@ -11,20 +11,9 @@ import shlex
 import subprocess
 import sys
 
+from developer_pages import page_commands
+
 root, build = (pathlib.Path(argument) for argument in sys.argv[1:3])
-pages = ["CONTRIBUTING.md", "ARCHITECTURE.md", "SECURITY.md", *sorted(f"docs/{page.name}" for page in (root / "docs").glob("*.md"))]
-programs = r"(?:\./|cmake|ctest|build/|bench/|fuzz/|scripts/|tests/|packaging/|KF_\w+=)"
-
-
-def commands_of(page):
-    """The lines of indented blocks that begin with a program, and such words in backticks."""
-    for line in page.split("\n"):
-        if re.match(rf"    (?:\$ )?{programs}", line):
-            yield from re.split(r"\s+&&\s+", re.sub(r"\s+#.*|^\s+(\$ )?", "", line))
-        elif not line.startswith("    "):
-            for quoted in re.findall(r"`([^`]+)`", line):
-                if re.match(r"\./\w|(?:cmake|ctest) -|cmake/wine|(?:bench|fuzz|scripts)/(?:run|coverage|screenshots|\w+\.sh)\b", quoted):
-                    yield quoted
 
 
 def presets():
@@ -114,11 +103,10 @@ def fault_of(command):
 
 
 seen, faults = 0, []
-for page in pages:
-    for command in commands_of((root / page).read_text()):
-        seen += 1
-        if (fault := fault_of(command)) is not None:
-            faults.append(f"{page}: {command}\n  {fault}")
+for page, command in page_commands(root):
+    seen += 1
+    if (fault := fault_of(command)) is not None:
+        faults.append(f"{page}: {command}\n  {fault}")
 print(f"{seen} commands")
 if seen < 20:
     faults.append("fewer commands were found than the pages have")

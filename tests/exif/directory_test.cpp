@@ -166,6 +166,14 @@ TEST_F(Directory, ADirectoryOutsideIsOneWithoutEntries) {
   EXPECT_TRUE(slot_.ids().empty());
 }
 
+TEST_F(Directory, WhatLiesBehindTheLastEntryIsNone) {
+  exif_.set(0, 1, host::kindNumber16, 5200);
+  TiffBuilder tiff;
+  tiff.ifd0().shorts(1, {1}).shorts(1, {2}).claimCount(1);
+  ASSERT_TRUE(readBytes(tiff.build()));
+  EXPECT_EQ(slot_.ids(), std::vector{5200});
+}
+
 TEST_F(Directory, EntriesPastTheEndAreLeftOut) {
   exif_.set(0, 1, host::kindNumber16, 5200);
   TiffBuilder tiff;

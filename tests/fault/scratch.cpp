@@ -1,9 +1,8 @@
 #include "tests/fault/scratch.h"
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 
+#include "tests/support/file_bytes.h"
 #include "tests/support/memory_folder.h"
 #include "tests/support/mpf_builder.h"
 #include "tests/support/rich_parts.h"
@@ -23,15 +22,10 @@ Scratch::~Scratch() {
 }
 
 void Scratch::write(const std::string& name, const Bytes& content) const {
-  std::ofstream stream(path_ / name, std::ios::binary);
-  stream.write(reinterpret_cast<const char*>(content.data()),
-               static_cast<std::streamsize>(content.size()));
+  support::writeFile(path_ / name, content);
 }
 
-Bytes Scratch::read(const std::string& name) const {
-  std::ifstream stream(path_ / name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
+Bytes Scratch::read(const std::string& name) const { return support::readFile(path_ / name); }
 
 Scratch::Content Scratch::content() const {
   Content found;

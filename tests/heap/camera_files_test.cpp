@@ -2,9 +2,9 @@
 #include <bit>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 
 #include "tests/heap/heap_fields.h"
+#include "tests/support/file_bytes.h"
 
 namespace {
 
@@ -21,8 +21,7 @@ class CameraFiles : public HeapTest {
     }
   }
   static Bytes heapOf(const char* name) {
-    std::ifstream file(folder / name, std::ios::binary);
-    const Bytes jpeg{std::istreambuf_iterator<char>(file), {}};
+    const Bytes jpeg = support::readFile(folder / name);
     for (const auto& segment : support::segmentsOf(jpeg)) {
       const Bytes& payload = segment.payload;
       if (segment.marker == 0xE0 && payload.size() > 10 &&

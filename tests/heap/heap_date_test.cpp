@@ -123,6 +123,11 @@ TEST_F(HeapDateText, TheLastSecondOf32BitsIsTakenAndNoneBehindIt) {
   }
 }
 
+TEST_F(HeapDateText, ItsNumbersEndAt9999) {
+  EXPECT_EQ(written("1/1/2000 0:0:9999"), seconds(1, 1, 2000, 2, 46, 39));
+  EXPECT_EQ(written("1/1/2000 0:0:10000"), std::nullopt);
+}
+
 TEST_F(HeapDateText, IsRefusedWithFewerOrImpossibleNumbers) {
   for (const char* text : {"", "10/27/2000 22:56", "10/27/2000", "10-27-2000 22:56:26", "text",
                            "1/1/1900 0:0:0", "1/1/2200 0:0:0", "1/1/99999999999 0:0:0",

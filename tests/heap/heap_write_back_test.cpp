@@ -293,10 +293,10 @@ TEST_F(HeapWriteBack, KeepsTheHeadOfAWholeSegment) {
   PropertyHolder property;
   const Records records = {{0x0816, texts({"names"})}};
   property.addSegment(ModelHeap{false, records}.build());
-  property.addText(5035, "a longer name than before");
+  const std::string name(700, 'n');  // a length of two bytes
+  property.addText(5035, name);
   ASSERT_TRUE(writeBack(property));
-  const Bytes expected =
-      ModelHeap{false, padded({{0x0816, texts({"a longer name than before"})}})}.build();
+  const Bytes expected = ModelHeap{false, padded({{0x0816, texts({name})}})}.build();
   EXPECT_EQ(property.heap(), expected);
   const auto field = property.field(5000);
   const std::size_t length = expected.size() + 2;

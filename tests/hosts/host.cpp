@@ -1,10 +1,9 @@
 #include "tests/hosts/host.h"
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 
 #include "platform/console/console.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/memory_folder.h"
 
 namespace hosts {
@@ -46,15 +45,10 @@ const fiohost::Session& session() {
 std::string fileNamed(const std::string& name) { return (folder().path() / name).string(); }
 
 void writeFile(const std::string& name, const Bytes& content) {
-  std::ofstream stream(fileNamed(name), std::ios::binary);
-  stream.write(reinterpret_cast<const char*>(content.data()),
-               static_cast<std::streamsize>(content.size()));
+  support::writeFile(fileNamed(name), content);
 }
 
-Bytes readFile(const std::string& name) {
-  std::ifstream stream(fileNamed(name), std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
+Bytes readFile(const std::string& name) { return support::readFile(fileNamed(name)); }
 
 Record::Record(fiohost::Family family, const std::string& name)
     : handle_(session()

@@ -10,6 +10,7 @@
 #include "host/plugin_entries.h"
 #include "platform/global_memory.h"
 #include "tests/companions/loaded_plugin.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/mpf_builder.h"
 #include "tests/support/scratch_file.h"
 
@@ -143,11 +144,6 @@ std::vector<std::string> samples() {
   return paths;
 }
 
-Bytes contentOf(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
 TEST(MpoRealCodec, BuiltFilesAreReadBackWhole) {
   const struct {
     u32 count;
@@ -219,7 +215,7 @@ TEST(MpoRealCodec, CameraFilesAreDescribedAndReadWhole) {
   for (const std::string& path : paths) {
     const Described described(path);
     ASSERT_NE(described.handle(), nullptr) << path;
-    const Bytes file = contentOf(path);
+    const Bytes file = support::readFile(path);
     const u32 count = described.with([&](MpoFileData& data) {
       for (u32 image = 0; image < data.list.imageCount; ++image) {
         const host::MpoEntry& listed = data.entries[image];
@@ -254,7 +250,7 @@ std::vector<u32> printed(const std::string& tag, const std::string& path) {
 // True when the index ends with its entry table and nothing follows in the segment: readers of this
 // family take such a table for one that runs past its segment.
 bool tableEndsTheSegment(const std::string& path) {
-  for (const support::MarkerSegment& segment : support::segmentsOf(contentOf(path))) {
+  for (const support::MarkerSegment& segment : support::segmentsOf(support::readFile(path))) {
     const Bytes& payload = segment.payload;
     if (segment.marker != 0xE2 || payload.size() < 50 || payload[0] != 'M') continue;
     const bool big = payload[4] == 'M';

@@ -4,12 +4,11 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "tests/mutations/mutator.h"
 #include "tests/mutations/sources.h"
 #include "tests/mutations/watch.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/memory_folder.h"
 
 // The fuzz targets that take whole files; each ends the process when something is left behind.
@@ -85,9 +84,7 @@ TEST(BrokenSamples, AreServed) {
   const std::filesystem::path folder = std::filesystem::path(KF_SAMPLES) / "broken";
   if (!std::filesystem::exists(folder)) GTEST_SKIP() << "no samples at " << folder;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    std::ifstream stream(entry.path(), std::ios::binary);
-    const Bytes file{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    serve(entry.path().filename().string(), file);
+    serve(entry.path().filename().string(), support::readFile(entry.path()));
   }
 }
 

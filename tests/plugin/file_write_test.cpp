@@ -257,6 +257,19 @@ TEST_F(FileWrite, RawSegmentsAreGivenBackInRecordOrder) {
   EXPECT_EQ(write(), 1);
 }
 
+TEST_F(FileWrite, ASegmentWithoutAPayloadIsGivenBack) {
+  addRaw(6, "");
+  play([](const host::CodecCallback& callback) {
+    EXPECT_EQ(countSegments(callback), 1u);
+    host::SegmentBlock block = {};
+    block.index = 1;
+    EXPECT_EQ(callback.callback(callback.context, 5, 0, &block), 1u);
+    EXPECT_EQ(+block.appNumber, 6);
+    EXPECT_EQ(+block.payloadLength, 0u);
+  });
+  EXPECT_EQ(write(), 1);
+}
+
 TEST_F(FileWrite, ASegmentOver65537BytesOfDataIsDropped) {
   addRaw(1, "largest", 65537);
   addRaw(2, "too large", 65538);

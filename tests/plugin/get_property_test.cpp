@@ -41,9 +41,10 @@ class GetProperty : public PluginTest {
     the().calls.clear();
     return entry<host::GetPropertyEntry>(ordinal)(data, out);
   }
-  std::vector<int> ids() const {
+  std::vector<int> ids() const { return ids(data_); }
+  static std::vector<int> ids(const FileData& data) {
     std::vector<int> ids;
-    for (const Field& field : fieldsOf(data_.properties())) ids.push_back(field.descriptor.fieldId);
+    for (const Field& field : fieldsOf(data.properties())) ids.push_back(field.descriptor.fieldId);
     return ids;
   }
   host::u32 scanned() const {
@@ -161,6 +162,33 @@ TEST_F(GetProperty, ExtendedXmpIsPutTogetherAndAStrayChunkIsDropped) {
   EXPECT_EQ(std::string(block.begin() + 44, block.end()), "abcdef");
 }
 
+TEST_F(GetProperty, AChunkOfExtendedXmpThatIsLongerThanTheWholeIsCut) {
+  const std::string head = "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'G');
+  reported_ = {{1, head + "\0\0\0\x06\0\0\0\0abc"s},
+               {1, head + "\0\0\0\x06\0\0\0\x03"s + std::string(60000, 'x')}};
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  const std::vector<host::u8> block = fieldsOf(data_.properties())[1].block;
+  EXPECT_EQ(std::string(block.begin() + 44, block.end()), "abcxxx");
+}
+
+TEST_F(GetProperty, ExtendedXmpOfMoreThanSixtyFourMegabytesIsLeftOut) {
+  const std::string head = "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'G');
+  const auto idsWith = [&](const std::string& fullLength) {
+    const FileData data;
+    data.with([this](auto& made) {
+      made.tail.tag = host::jpegTailTag;
+      std::strcpy(made.record.ansiPath, file_.path().c_str());
+    });
+    reported_ = {{1, head + fullLength + "\0\0\0\0abc"s}};
+    HGLOBAL out = nullptr;
+    EXPECT_EQ(get(&out, host::ordinalGetProperty, data.handle()), 0);
+    return ids(data);
+  };
+  EXPECT_EQ(idsWith("\4\0\0\0"s), (std::vector{3999, 4037, 4701}));
+  EXPECT_EQ(idsWith("\4\0\0\1"s), (std::vector{3999, 4701}));
+}
+
 TEST_F(GetProperty, ALengthInFrontOfAValueHasFourBytes) {
   const std::string head = "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'G');
   const std::string half(32768 + 16, 'x');
@@ -241,6 +269,40 @@ TEST_F(GetProperty, TheWidePathComesBeforeTheAnsiPath) {
   HGLOBAL out = nullptr;
   EXPECT_EQ(get(&out), 1);
   EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
+}
+
+TEST_F(GetProperty, ThePathThatTheHostAnswersComesBeforeTheRecordsName) {
+  const std::string path = file_.path();
+  data_.with([](auto& data) { std::strcpy(data.record.ansiPath, "no such file"); });
+  the().sourcePath = path.c_str();
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 1);
+  EXPECT_EQ(path_, path);
+  EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
+}
+
+TEST_F(GetProperty, TheRecordsNameDoesWhenTheHostAnswersNoPath) {
+  the().sourcePath = nullptr;
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 1);
+  EXPECT_EQ(path_, file_.path());
+  EXPECT_EQ(ids(), (std::vector{3999, 5297, 4009}));
+}
+
+TEST_F(GetProperty, ARecordsNameWithoutAnEndIsNoPath) {
+  data_.with(
+      [](auto& data) { std::memset(data.record.ansiPath, 'a', sizeof data.record.ansiPath); });
+  the().sourcePath = nullptr;
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_TRUE(callsOf({"kJpg"}).empty());
+  data_.with([](auto& data) {
+    data.tail.exifPresent = 1;
+    data.tail.exifOffset = 5;
+    data.tail.exifLength = static_cast<host::u32>(exifPayload.size());
+  });
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_EQ(data_.properties(), nullptr);
 }
 
 TEST_F(GetProperty, AnUnknownTagOrNoRecordGivesZero) {

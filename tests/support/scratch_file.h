@@ -4,11 +4,10 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "platform/open_file.h"
+#include "tests/support/file_bytes.h"
 #include "tests/support/jpeg_builder.h"
 
 namespace test {
@@ -31,15 +30,8 @@ class ScratchFile {
   std::wstring widePath() const { return std::filesystem::path(path_).wstring(); }
   bool exists() const { return std::filesystem::exists(path_); }
 
-  void write(const support::Bytes& content) const {
-    std::ofstream out(path_, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(content.data()),
-              static_cast<std::streamsize>(content.size()));
-  }
-  support::Bytes read() const {
-    std::ifstream in(path_, std::ios::binary);
-    return support::Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  }
+  void write(const support::Bytes& content) const { support::writeFile(path_, content); }
+  support::Bytes read() const { return support::readFile(path_); }
   platform::OpenFile open() const { return platform::openForReading(path_.c_str()); }
   platform::OpenFile openForWriting() const {
     return platform::OpenFile(CreateFileA(path_.c_str(), GENERIC_READ | GENERIC_WRITE,

@@ -3,11 +3,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "tests/companions/klibjpg/codec_calls.h"
 #include "tests/companions/klibjpg/reference.h"
+#include "tests/support/file_bytes.h"
 
 namespace klibjpg_test {
 namespace {
@@ -22,11 +21,6 @@ std::vector<fs::path> samples() {
   }
   std::sort(files.begin(), files.end());
   return files;
-}
-
-Bytes contentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return Bytes(std::istreambuf_iterator<char>(file), {});
 }
 
 std::vector<SeenSegment> applicationSegments(const Bytes& jpeg) {
@@ -44,7 +38,7 @@ TEST(Samples, AreDecodedAsByLibjpeg) {
   std::size_t decoded = 0;
   for (const fs::path& path : files) {
     SCOPED_TRACE(path.string());
-    const Bytes jpeg = contentOf(path);
+    const Bytes jpeg = support::readFile(path);
     const Picture expected = referenceDecode(jpeg);
     const Reading reading = readFile(path.string());
     if (expected.pixels.empty()) continue;  // not a JPEG file, or one that libjpeg refuses

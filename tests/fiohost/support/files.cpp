@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 
 #include "platform/console/console.h"
+#include "tests/support/file_bytes.h"
 
 namespace fiohostTest {
 
@@ -16,10 +16,7 @@ void writeBytes(const std::filesystem::path& path, const Bytes& bytes) {
   if (!file) throw std::runtime_error("the test cannot write " + platform::displayPath(path));
 }
 
-Bytes readBytes(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return Bytes(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-}
+Bytes readBytes(const std::filesystem::path& path) { return support::readFile(path); }
 
 std::string readText(const std::filesystem::path& path) {
   const Bytes bytes = readBytes(path);

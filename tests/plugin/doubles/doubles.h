@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,7 @@ struct KF_DOUBLES_API Doubles {
   std::function<int(HWND, host::PropertyDialogHeader&, int, host::PropertyPage*, int)> showProperty;
   std::function<int(HWND dialog, int one, WPARAM, LPARAM)> dialogStart;
   std::function<int(HWND dialog, int command, host::u64 data)> winHelp;
+  std::optional<const char*> sourcePath;  // the host's answer instead of the record's own name
   // Property storage works like the real one unless refused.
   bool refuseReservation = false;
   int refuseReservations = 0;   // only so many, from now on

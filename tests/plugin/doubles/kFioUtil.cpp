@@ -8,7 +8,8 @@ namespace {
 
 void pathsOf(void* locked, char** ansi, wchar_t** wide) {
   auto* record = static_cast<host::FileDataRecord*>(locked);
-  *ansi = record->ansiPath[0] != '\0' ? record->ansiPath : nullptr;
+  const char* own = record->ansiPath[0] != '\0' ? record->ansiPath : nullptr;
+  *ansi = const_cast<char*>(state().sourcePath.value_or(own));
   const bool hasWide = (record->pathFlags & host::pathFlagWide) != 0;
   *wide = hasWide ? reinterpret_cast<wchar_t*>(record->widePath) : nullptr;
 }
