@@ -58,6 +58,7 @@ DeclaredOption declared(const CLI::Option& option) {
 CommandLine::CommandLine()
     : app_("Opens JPEG and MPO pictures through the plug-in K32JPG.FIO.", "fiohost") {
   app_.formatter(std::make_shared<ExamplesFirst>());
+  app_.set_version_flag("--version", "fiohost " KF_VERSION, "Print the version and exit");
   app_.require_subcommand(1);
   app_.allow_windows_style_options(false);  // "/folder/picture.jpg" is a file on every system
   for (const CommandEntry& entry : commandTable()) {

@@ -35,6 +35,14 @@ INSTANTIATE_TEST_SUITE_P(
                     UsageCase{"fitTail", {"read", "a.jpg", "-o", "o.png", "--fit", "9x9x9"}}),
     [](const auto& each) { return each.param.name; });
 
+using VersionTest = ProgramTest;
+
+TEST_F(VersionTest, IsThatOfTheProject) {
+  const ProcessResult result = run({"--version"});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(result.out, "fiohost " KF_VERSION "\n");
+}
+
 class ProgramSetupTest : public ProgramTest {
  protected:
   // Runs a copy of the distribution that lacks one file.
