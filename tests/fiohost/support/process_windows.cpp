@@ -1,4 +1,6 @@
 #include <memory>
+#include <stdexcept>
+#include <string>
 
 #include "platform/system.h"
 #include "tests/fiohost/support/files.h"
@@ -36,6 +38,19 @@ Handle inheritableFile(const std::filesystem::path& path) {
                             FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+// Wine answers an internal error about once in three thousand starts, before the program has begun.
+bool startProcess(std::wstring& commandLine, const std::filesystem::path& folder,
+                  STARTUPINFOW& startup, PROCESS_INFORMATION& process) {
+  for (int attempts = 3; attempts > 0; --attempts) {
+    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                       folder.c_str(), &startup, &process) != FALSE) {
+      return true;
+    }
+    if (GetLastError() != ERROR_INTERNAL_ERROR) return false;
+  }
+  return false;
+}
+
 int runToEnd(std::wstring commandLine, const std::filesystem::path& folder, HANDLE out,
              HANDLE err) {
   STARTUPINFOW own = {};
@@ -47,9 +62,9 @@ int runToEnd(std::wstring commandLine, const std::filesystem::path& folder, HAND
   startup.hStdOutput = out;
   startup.hStdError = err;
   PROCESS_INFORMATION process = {};
-  if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                     folder.c_str(), &startup, &process) == FALSE) {
-    return -1;
+  if (!startProcess(commandLine, folder, startup, process)) {
+    throw std::runtime_error("the test cannot start a program: error " +
+                             std::to_string(GetLastError()));
   }
   const Handle thread(process.hThread);
   const Handle running(process.hProcess);
@@ -69,7 +84,7 @@ ProcessResult runProcess(const std::filesystem::path& program,
   const std::filesystem::path err = captureFolder / "captured-err";
   std::wstring commandLine = quoted(program.wstring());
   for (const std::string& argument : arguments) commandLine += L" " + quoted(wide(argument));
-  int code = -1;
+  int code = 0;
   {
     const Handle outFile = inheritableFile(out);
     const Handle errFile = inheritableFile(err);
