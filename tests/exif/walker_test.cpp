@@ -123,6 +123,15 @@ TEST_F(Walker, AnIfd0OffsetOfZeroWithAGpsPointerReadsGps) {
   EXPECT_EQ(slot_.ids(), std::vector{5309});
 }
 
+TEST_F(Walker, AMakerNoteInIfd0IsAnEntryLikeOthers) {
+  exif_.set(1, 0x927C, host::kindNumber32, 5207);
+  TiffBuilder tiff;
+  tiff.ifd0().longs(0x927C, {4});
+  tiff.exif().longs(tagB, {2});
+  EXPECT_TRUE(walk(tiff.build()));
+  EXPECT_EQ(slot_.ids(), (std::vector{5207, 5200}));
+}
+
 TEST_F(Walker, PointersAre32BitNumbersWhateverTheirTypeAndTheLastOneCounts) {
   TiffBuilder tiff(FileOrder::big);
   tiff.exif().longs(tagB, {2});

@@ -172,6 +172,25 @@ TEST_F(GetProperty, AChunkOfExtendedXmpThatIsLongerThanTheWholeIsCut) {
   EXPECT_EQ(std::string(block.begin() + 44, block.end()), "abcxxx");
 }
 
+TEST_F(GetProperty, ChunksOfExtendedXmpBehindTheWholeOrWithoutBytesChangeNothing) {
+  const std::string head = "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'G');
+  reported_ = {{1, head + "\0\0\0\x06\0\0\0\0abc"s},
+               {1, head + "\0\0\0\x06\0\0\0\x06"s + "xyz"},
+               {1, head + "\0\0\0\x06\0\0\0\x03"s}};
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_EQ(ids(), (std::vector{3999, 4037, 4701}));
+  const std::vector<host::u8> block = fieldsOf(data_.properties())[1].block;
+  EXPECT_EQ(std::string(block.begin() + 44, block.end()), "abc\0\0\0"s);
+}
+
+TEST_F(GetProperty, ASegmentOfExtendedXmpThatEndsBeforeItsChunkIsJustRaw) {
+  reported_ = {{1, "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'G') + "\0\0\0"s}};
+  HGLOBAL out = nullptr;
+  EXPECT_EQ(get(&out), 0);
+  EXPECT_EQ(ids(), (std::vector{3999, 4701}));
+}
+
 TEST_F(GetProperty, ExtendedXmpOfMoreThanSixtyFourMegabytesIsLeftOut) {
   const std::string head = "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'G');
   const auto idsWith = [&](const std::string& fullLength) {
